@@ -22,8 +22,8 @@ class AbstractAttributeMap {};
 /// Wherever a value is read as narrow text, number or truth, its `UnicodeString::c_str()` is meant.
 /// No operation reports an error beyond its result.
 ///
-/// Threads: no locks. Several threads may read a map only while none changes it; `operator[]` by key
-/// counts as a change, and so does a reader of a value whose narrow form must still be derived.
+/// Threads: no locks. Several threads may read a map only while none changes it; `operator[]` by
+/// key counts as a change, and so does a reader of a value whose narrow form must still be derived.
 class COMMONAPI_EXPORT AttributeMap : public AbstractAttributeMap {
 public:
     AttributeMap();
@@ -58,8 +58,8 @@ public:
     UnicodeString& operator[](std::string const& key);
     /// The key at `position`, or an empty text shared by all maps.
     std::string const& operator()(long position);
-    /// The value at `position`, or an empty value shared by all maps: what a caller writes into that
-    /// one, every later caller with a position that is not valid gets.
+    /// The value at `position`, or an empty value shared by all maps: what a caller writes into
+    /// that one, every later caller with a position that is not valid gets.
     UnicodeString& operator[](long position);
 
     void clear();

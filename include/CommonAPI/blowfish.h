@@ -20,10 +20,10 @@
 /// An object is usable at once: until it is keyed it encrypts with the initial tables. Destruction
 /// overwrites the tables.
 ///
-/// Threads: an object that is keyed and no longer changed may serve several threads. The memory that
-/// the block functions read depends on the data, which an attacker on the same machine may observe;
-/// so it does in `encryptData` and `decryptData`, except on processors for which the library has a
-/// kernel without that property (see docs/encryption.md).
+/// Threads: an object that is keyed and no longer changed may serve several threads. The memory
+/// that the block functions read depends on the data, which an attacker on the same machine may
+/// observe; so it does in `encryptData` and `decryptData`, except on processors for which the
+/// library has a kernel without that property (see docs/encryption.md).
 class COMMONAPI_EXPORT Blowfish {
 public:
     /// One half of a block.
@@ -34,8 +34,8 @@ public:
 
     /// Returns to the initial tables: any key is forgotten.
     void reset();
-    /// Keys the cipher. False, with an earlier key still in force, when `password` is null or empty.
-    /// Bytes after the 72nd have no effect.
+    /// Keys the cipher. False, with an earlier key still in force, when `password` is null or
+    /// empty. Bytes after the 72nd have no effect.
     bool setPassword(char const* password);
     /// The key schedule, applied to the tables as they stand; nothing for an empty key. REQUIRES:
     /// `key` is not null.

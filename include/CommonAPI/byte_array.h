@@ -57,14 +57,15 @@ public:
     /// The big-endian word at `pos`. REQUIRES: 0 <= pos and pos + 4 <= size().
     unsigned int at(long pos);
 
-    /// A terminated copy of all bytes, zero bytes included, so a reader of C strings sees them up to
-    /// the first zero. It belongs to the buffer and is valid until the next `c_str()`, assignment or
-    /// destruction; it does not follow later changes.
+    /// A terminated copy of all bytes, zero bytes included, so a reader of C strings sees them up
+    /// to the first zero. It belongs to the buffer and is valid until the next `c_str()`,
+    /// assignment or destruction; it does not follow later changes.
     char const* c_str();
     /// The same as `c_str()`.
     char const* operator*();
 
-    /// Replaces the content by `count` bytes read from `data`, which must not lie inside this buffer.
+    /// Replaces the content by `count` bytes read from `data`, which must not lie inside this
+    /// buffer.
     void assign(void const* data, long const& count);
     /// Overwrites one byte. REQUIRES: 0 <= pos < size().
     void assign(int const& pos, unsigned char const& value);
@@ -83,8 +84,8 @@ public:
     /// Removes all bytes. A text handed out by `c_str()` keeps its content.
     void clear();
 
-    /// The first position at or after `start` where `pattern` occurs, or -1. An empty pattern occurs
-    /// at `start` when that lies inside the buffer. Linear time. REQUIRES: 0 <= start.
+    /// The first position at or after `start` where `pattern` occurs, or -1. An empty pattern
+    /// occurs at `start` when that lies inside the buffer. Linear time. REQUIRES: 0 <= start.
     long find(ByteArray const& pattern, long start);
 
     /// Replaces `out` by the bytes as upper-case hexadecimal, two characters a byte.
@@ -97,7 +98,8 @@ public:
     void loadASCIIHex(ByteArray const& text);
 
     /// Stores in `*data` a copy of the bytes allocated with `new unsigned char[]`, which the caller
-    /// frees with `delete[]`, and in `length` their number. Writes neither when the buffer is empty.
+    /// frees with `delete[]`, and in `length` their number. Writes neither when the buffer is
+    /// empty.
     void getRawData(unsigned char** data, long& length);
 
 private:

@@ -16,12 +16,13 @@
 /// |---|---|
 /// | 2 | no encryption, the default: everything is copied and succeeds |
 /// | 3 | Blowfish, keyed with the bytes given |
-/// | 4 | Blowfish, keyed with the bytes given after they were decrypted under a built-in passphrase |
-/// | other | buffers are copied; texts stay untouched; everything succeeds |
+/// | 4 | Blowfish, keyed with the bytes given after they were decrypted under a built-in passphrase
+/// | | other | buffers are copied; texts stay untouched; everything succeeds |
 ///
 /// In modes 3 and 4 a password ends at its first zero byte, and an empty one leaves the cipher with
-/// its initial tables. Encrypted text is upper-case hexadecimal, two characters a byte, in multiples
-/// of 16. Data is padded with zero bytes to a multiple of 8, and the padding is not marked.
+/// its initial tables. Encrypted text is upper-case hexadecimal, two characters a byte, in
+/// multiples of 16. Data is padded with zero bytes to a multiple of 8, and the padding is not
+/// marked.
 ///
 /// This hides values from a casual reader and no more: blocks are 64 bits wide, not chained and not
 /// authenticated, and the passphrase of mode 4 ships in the library.
@@ -57,11 +58,9 @@ public:
     /// with `out` untouched, when the bytes that it stands for are not a multiple of 8.
     bool decryptString(std::string const& in, std::string& out) const;
     /// Appends the encrypted texts to `out`; on failure those before the failing one stay.
-    bool encryptStringList(std::vector<std::string> const& in,
-                           std::vector<std::string>& out) const;
+    bool encryptStringList(std::vector<std::string> const& in, std::vector<std::string>& out) const;
     /// Encrypts, exactly as `encryptStringList` does. To decrypt, call `decryptString` per item.
-    bool decryptStringList(std::vector<std::string> const& in,
-                           std::vector<std::string>& out) const;
+    bool decryptStringList(std::vector<std::string> const& in, std::vector<std::string>& out) const;
 
 private:
     int mode;

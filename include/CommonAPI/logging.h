@@ -1,16 +1,16 @@
 /// @file
 /// The process-wide log file with numeric levels and a threshold per module.
 ///
-/// Levels: 1 fatal ("FATAL/"), 2 error ("ERROR/"), 3 warning ("WARNING/"), 4 information (no prefix).
-/// Any other level is allowed and has no prefix.
+/// Levels: 1 fatal ("FATAL/"), 2 error ("ERROR/"), 3 warning ("WARNING/"), 4 information (no
+/// prefix). Any other level is allowed and has no prefix.
 ///
 /// A message is written when `level <= threshold` and the threshold is not 5, which means off. The
-/// threshold of a module is its value in the settings, read as `atoi` does; a module without one has
-/// the global threshold, which is 5 until `InitializeLogger` sets it.
+/// threshold of a module is its value in the settings, read as `atoi` does; a module without one
+/// has the global threshold, which is 5 until `InitializeLogger` sets it.
 ///
 /// A line is the time ("%X"), " - ", the prefix, the module, ":  ", the text and a newline. It is
-/// written to the log file with one write and flushed; failures to write are not reported. While the
-/// logger is not initialised, lines go to standard error, each followed by an empty one.
+/// written to the log file with one write and flushed; failures to write are not reported. While
+/// the logger is not initialised, lines go to standard error, each followed by an empty one.
 ///
 /// Threads: none of this is protected by locks; callers serialise their calls. Objects may log from
 /// their destructors at process exit, before or after the log file is closed.
@@ -25,9 +25,10 @@
 /// Shared scratch text in which multi-line messages are built, and handed to `LogStringMessage`.
 extern COMMONAPI_EXPORT std::string LogMessageBuffer;
 
-/// Opens the log, truncating the file, and writes its header. The logger takes a copy of `settings`:
-/// module names, or "Global", to levels. Without settings, or without "Global" among them, the
-/// global threshold is 1; settings of an earlier initialisation stay in force if none are given.
+/// Opens the log, truncating the file, and writes its header. The logger takes a copy of
+/// `settings`: module names, or "Global", to levels. Without settings, or without "Global" among
+/// them, the global threshold is 1; settings of an earlier initialisation stay in force if none are
+/// given.
 ///
 /// @param settings may be null.
 /// @param applicationName is named in the header; may be null.

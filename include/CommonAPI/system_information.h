@@ -21,8 +21,7 @@ COMMONAPI_EXPORT void GetCurrentTime(std::string& out, char const* format);
 /// password entry, if there is one. Without a login name the value of the variable USER as it
 /// stands, without that, if `allowNumericUid`, the user id in decimal. Otherwise false, with `out`
 /// unchanged.
-COMMONAPI_EXPORT bool GetCurrentUserName(std::string& out, bool useRealName,
-                                         bool allowNumericUid);
+COMMONAPI_EXPORT bool GetCurrentUserName(std::string& out, bool useRealName, bool allowNumericUid);
 
 /// The host's name.
 COMMONAPI_EXPORT void GetLocalHostname(std::string& out);

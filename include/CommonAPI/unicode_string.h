@@ -19,8 +19,8 @@ class AbstractUnicodeString {};
 /// stands, even if the other has changed since. What is derived after an edit is stated per
 /// operation. A conversion that meets illegal input leaves the form that it was producing empty.
 ///
-/// Where an operation says "narrow form from the first quarter", the wide form is converted with its
-/// length in characters given as a length in bytes, so that only length / 4 characters arrive.
+/// Where an operation says "narrow form from the first quarter", the wide form is converted with
+/// its length in characters given as a length in bytes, so that only length / 4 characters arrive.
 ///
 /// Null texts are allowed only where stated. Positions are handed to the standard string, which
 /// throws `std::out_of_range` (`insert`, `erase`, `substr`), or are not checked (`compare`, `[]`).
@@ -29,8 +29,8 @@ class AbstractUnicodeString {};
 /// form waits for the rest and does not return.
 ///
 /// Ownership: the object owns both forms, and what `c_str()` and `wc_str()` return is valid until
-/// the form changes. Converters belong to the process and are closed at its exit; a conversion after
-/// that finds none and leaves its form empty.
+/// the form changes. Converters belong to the process and are closed at its exit; a conversion
+/// after that finds none and leaves its form empty.
 ///
 /// Threads: conversions use process-wide state without locks, so the caller serialises them, even
 /// those of distinct objects.
@@ -57,10 +57,11 @@ public:
     /// Sets the narrow form to the number in decimal, right-aligned in 511 characters.
     UnicodeString& operator=(long const& value);
 
-    /// Appends to the narrow form (nothing if null), then derives the wide form again if one is held.
+    /// Appends to the narrow form (nothing if null), then derives the wide form again if one is
+    /// held.
     UnicodeString& operator+=(char const* text);
-    /// Appends to the wide form (nothing if null); if a narrow form is held, derives the narrow form
-    /// from the first quarter.
+    /// Appends to the wide form (nothing if null); if a narrow form is held, derives the narrow
+    /// form from the first quarter.
     UnicodeString& operator+=(wchar_t const* text);
     /// The same as for `text.c_str()`.
     UnicodeString& operator+=(std::string const& text);
@@ -73,8 +74,8 @@ public:
     /// form; if that is empty, first derives the narrow form from the first quarter. The wide form
     /// stays.
     void insert(std::string const& text, long const& position, long const& count);
-    /// Removes `count` characters (-1: all that follow) from the wide form; if a narrow form is held,
-    /// derives the narrow form from the first quarter.
+    /// Removes `count` characters (-1: all that follow) from the wide form; if a narrow form is
+    /// held, derives the narrow form from the first quarter.
     void erase(int position, int count);
     /// Empties both forms.
     void clear();
@@ -106,8 +107,8 @@ public:
     int compare(char const* text, bool caseSensitive);
     /// The same from the byte at `position` on, for at most `count` bytes; 0 means to the end.
     int compare(char const* text, long const& position, long const& count, bool caseSensitive);
-    /// `wcscmp` or `CommonAPI::wcscasecmp` of the wide form as it stands and `text`. If no wide form
-    /// is held: 0 for a null `text`, else -1. If one is held and `text` is null: 1.
+    /// `wcscmp` or `CommonAPI::wcscasecmp` of the wide form as it stands and `text`. If no wide
+    /// form is held: 0 for a null `text`, else -1. If one is held and `text` is null: 1.
     int compare(wchar_t const* text, bool caseSensitive);
 
     /// Position of the first match in the narrow form as it stands, in bytes, or -1.
@@ -119,14 +120,14 @@ public:
     /// The same for the wide form of `other`, which is derived if missing.
     long find(UnicodeString& other);
 
-    /// Opens the two converters between UTF-8 and wide characters; the first conversion does this by
-    /// itself. True when both could be opened.
+    /// Opens the two converters between UTF-8 and wide characters; the first conversion does this
+    /// by itself. True when both could be opened.
     bool instantiateBaseTranscoders();
     /// Gives the object the process-wide converter of the pair, opening it if there is none yet. No
     /// conversion uses it.
     void instantiateTargetTranscoder(char const* first, char const* second);
-    /// Sets the narrow form to `text` and the wide form to what its first `count` bytes (0xFFFFFFFF:
-    /// all) convert to. Returns the wide form.
+    /// Sets the narrow form to `text` and the wide form to what its first `count` bytes
+    /// (0xFFFFFFFF: all) convert to. Returns the wide form.
     wchar_t const* transcodeMessage(char const* text, unsigned int count);
     /// Sets the narrow form to what the first `count` bytes of `text` convert to, and returns it.
     /// The count is in bytes, four to a character.
@@ -146,13 +147,12 @@ COMMONAPI_EXPORT std::ostream& operator<<(std::ostream& stream, UnicodeString& t
 namespace CommonAPI {
 
 /// Compares two wide texts with both upper-cased by `towupper`, as far as the length of `a`:
-/// characters of `b` beyond that are not looked at, so "ab" equals "ABC". Returns a negative number,
-/// zero or a positive number.
+/// characters of `b` beyond that are not looked at, so "ab" equals "ABC". Returns a negative
+/// number, zero or a positive number.
 ///
-/// The C library has a function of this name, so ours keeps its decorated global name for the linker
-/// only and stands in a namespace for the compiler.
-COMMONAPI_EXPORT int wcscasecmp(wchar_t const* a,
-                                wchar_t const* b) __asm__("_Z10wcscasecmpPKwS0_");
+/// The C library has a function of this name, so ours keeps its decorated global name for the
+/// linker only and stands in a namespace for the compiler.
+COMMONAPI_EXPORT int wcscasecmp(wchar_t const* a, wchar_t const* b) __asm__("_Z10wcscasecmpPKwS0_");
 
 }  // namespace CommonAPI
 
