@@ -3,7 +3,7 @@ function(commonapi_compile_defaults target)
     target_compile_features(${target} PRIVATE cxx_std_20)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
-        -Wcast-qual -Wformat=2 -Wundef)
+        -Wcast-qual -Wformat-security -Wundef)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
 endfunction()
 

@@ -136,6 +136,9 @@ public:
     bool transcodingError(int result) const;
 
 private:
+    void startTranscoding();
+    void narrowFromFirstQuarter();
+
     std::wstring wideString;
     std::string narrowString;
     void* targetTranscoder;

@@ -1,0 +1,174 @@
+#include <CommonAPI/logging.h>
+
+#include <CommonAPI/system_information.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory_resource>
+#include <string_view>
+
+#include "logging/logger_state.h"
+#include "types/early_static.h"
+
+COMMONAPI_EARLY_STATIC std::string LogMessageBuffer;
+
+using CommonAPI::internal::WriteToLog;
+
+namespace {
+
+constexpr int fatal = 1;
+constexpr int error = 2;
+constexpr int warning = 3;
+constexpr int information = 4;
+constexpr int off = 5;
+
+constexpr char const* module = "LoggingAPI";
+
+bool initialised = false;
+FILE* logFile = nullptr;
+int globalThreshold = off;
+
+COMMONAPI_EARLY_STATIC AttributeMap settings;
+
+/// The numbers that the settings stand for, read once instead of for each message.
+COMMONAPI_EARLY_STATIC std::map<std::string, int, std::less<>> moduleThresholds;
+
+/// No message above this level passes any threshold.
+int highestThreshold = INT_MIN;
+
+void FindHighestThreshold() {
+    highestThreshold = globalThreshold == off ? INT_MIN : globalThreshold;
+    for (auto const& [name, threshold] : moduleThresholds)
+        if (threshold != off)
+            highestThreshold = std::max(highestThreshold, threshold);
+}
+
+void SetGlobalThreshold(int threshold) {
+    globalThreshold = threshold;
+    FindHighestThreshold();
+}
+
+void SetSettings(AttributeMap const& source) {
+    settings = source;
+    moduleThresholds.clear();
+    std::string name;
+    std::string value;
+    for (long i = 0; settings.fetchAttributeValueByIndex(i, name, value); ++i)
+        moduleThresholds[name] = std::atoi(value.c_str());
+}
+
+bool Passes(int level, char const* name) {
+    if (level > highestThreshold)
+        return false;
+    auto const entry = moduleThresholds.find(std::string_view(name));
+    int const threshold = entry == moduleThresholds.end() ? globalThreshold : entry->second;
+    return level <= threshold && threshold != off;
+}
+
+char const* Prefix(int level) {
+    switch (level) {
+        case fatal:
+            return "FATAL/";
+        case error:
+            return "ERROR/";
+        case warning:
+            return "WARNING/";
+        default:
+            return "";
+    }
+}
+
+}  // namespace
+
+AttributeMap& CommonAPI::internal::LoggerSettings() {
+    return settings;
+}
+
+void CommonAPI::internal::WriteToLog(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), logFile);
+    std::fflush(logFile);
+}
+
+bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
+                      char const* applicationName, bool redirectStderr) {
+    if (initialised) {
+        LogMessage(information, module, "Logger already initialized");
+        return true;
+    }
+
+    logFile = std::fopen(logFilePath.c_str(), "wb");
+    if (!logFile) {
+        LogMessage(error, module, "Logger couldn't open log file");
+        return false;
+    }
+
+    // The warnings come before the default takes effect, so the thresholds in force until then
+    // decide whether standard error shows them.
+    if (!newSettings || newSettings->empty()) {
+        LogMessage(warning, module, "Logging settings missing, using default global setting");
+        SetGlobalThreshold(fatal);
+    } else {
+        SetSettings(*newSettings);
+        int threshold;
+        bool const found = settings.loadMapVariable("Global", threshold, 0);
+        SetGlobalThreshold(threshold);
+        if (!found) {
+            LogMessage(warning, module,
+                       "Global logging setting missing, using default global setting");
+            SetGlobalThreshold(fatal);
+        }
+    }
+
+    initialised = true;
+    CaptureInitialLogInfo(applicationName);
+    if (redirectStderr)
+        dup2(fileno(logFile), STDERR_FILENO);
+    std::atexit(TerminateLogger);
+    return true;
+}
+
+void LogMessage(int level, char const* name, char const* text) {
+    if (!Passes(level, name))
+        return;
+
+    std::string time;
+    GetCurrentTime(time, "%X");
+    std::string_view const pieces[] = {time, " - ", Prefix(level), name, ":  ", text, "\n"};
+    std::size_t length = 0;
+    for (std::string_view const piece : pieces)
+        length += piece.size();
+
+    char room[1024];  // lines of usual length ask the allocator for nothing
+    std::pmr::monotonic_buffer_resource memory(room, sizeof room);
+    std::pmr::string line(&memory);
+    line.reserve(length);
+    for (std::string_view const piece : pieces)
+        line += piece;
+
+    if (initialised)
+        WriteToLog(line);
+    else
+        std::cerr << line << std::endl;  // a second newline: an empty line follows each message
+}
+
+void LogStringMessage(int level, char const* name, std::string& text) {
+    LogMessage(level, name, text.c_str());
+    text.clear();
+}
+
+void TerminateLogger() {
+    if (!initialised)
+        return;
+    initialised = false;
+    if (!logFile)
+        return;
+    LogMessageBuffer = "Terminating logging facility\n";
+    WriteToLog(LogMessageBuffer);
+    std::fclose(logFile);
+}

@@ -1,0 +1,110 @@
+#include <CommonAPI/system_information.h>
+
+#include <CommonAPI/logging.h>
+#include <CommonAPI/text_utilities.h>
+#include <pwd.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <new>
+
+#include "logging/logger_state.h"
+
+namespace {
+
+constexpr char const* dashes = "--------------------------------\n";
+
+void AppendSystemNames(std::string& header) {
+    utsname system;
+    if (uname(&system) == -1)
+        return;
+    header.append("System name:\t").append(system.sysname);
+    header.append("\nNode name:\t").append(system.nodename);
+    header.append("\nRelease:\t").append(system.release);
+    header.append("\nVersion:\t").append(system.version);
+    header.append("\nMachine:\t").append(system.machine).append("\n");
+}
+
+void AppendSettings(std::string& header) {
+    std::string module;
+    std::string level;
+    AttributeMap& settings = CommonAPI::internal::LoggerSettings();
+    for (long i = 0; settings.fetchAttributeValueByIndex(i, module, level); ++i)
+        header.append("Log level for module ")
+            .append(module)
+            .append(" is ")
+            .append(level)
+            .append("\n");
+}
+
+/// A character of an environment entry. Such an entry is allocated one byte shorter than its text
+/// with the terminator, so the allocation keeps that byte in reserve.
+struct EnvironmentCharacter {
+    char value;
+
+    static void* operator new[](std::size_t size) { return ::operator new[](size + 1); }
+};
+
+}  // namespace
+
+void CaptureInitialLogInfo(char const* applicationName) {
+    std::string& header = LogMessageBuffer;
+    header.clear();
+    if (applicationName)
+        header.append(dashes)
+            .append("Application:  ")
+            .append(applicationName)
+            .append("\n")
+            .append(dashes);
+
+    std::string time;
+    GetCurrentTime(time, "%x %X");
+    header.append("Time Stamp:\t").append(time).append("\n");
+    header.append("Process ID:\t").append(itoa(static_cast<long>(getpid()))).append("\n");
+    AppendSystemNames(header);
+    AppendSettings(header);
+    header.append(dashes);
+    CommonAPI::internal::WriteToLog(header);
+}
+
+void GetCurrentTime(std::string& out, char const* format) {
+    static std::time_t now;
+    static char text[512];
+    now = std::time(nullptr);
+    out.assign(text, std::strftime(text, sizeof text, format, std::localtime(&now)));
+}
+
+bool GetCurrentUserName(std::string& out, bool useRealName, bool allowNumericUid) {
+    if (char const* const login = getlogin()) {
+        passwd const* const entry = useRealName ? getpwnam(login) : nullptr;
+        out = entry && entry->pw_gecos ? entry->pw_gecos : login;
+        return true;
+    }
+    if (char const* const user = std::getenv("USER")) {
+        out = user;
+        return true;
+    }
+    if (!allowNumericUid)
+        return false;
+    out = itoa(static_cast<int>(getuid()));
+    return true;
+}
+
+void GetLocalHostname(std::string& out) {
+    char name[256] = {};
+    gethostname(name, sizeof name);
+    out = name;
+}
+
+bool SetEnvironmentVariable(char* name, char* value) {
+    if (!name)
+        return false;
+    std::size_t const size = std::strlen(name) + std::strlen(value) + 1;
+    char* const entry = reinterpret_cast<char*>(new EnvironmentCharacter[size]());
+    std::snprintf(entry, size + 1, "%s=%s", name, value);
+    return putenv(entry) == 0;
+}

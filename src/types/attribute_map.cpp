@@ -1,0 +1,147 @@
+#include <CommonAPI/attribute_map.h>
+
+#include <CommonAPI/text_utilities.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <iterator>
+
+#include "types/early_static.h"
+
+namespace {
+
+// What a position that is not valid yields, in every map.
+COMMONAPI_EARLY_STATIC std::string const noKey;
+COMMONAPI_EARLY_STATIC UnicodeString noValue;
+
+}  // namespace
+
+AttributeMap::AttributeMap() = default;
+
+AttributeMap::~AttributeMap() = default;
+
+AttributeMap& AttributeMap::operator=(AttributeMap const& other) = default;
+
+UnicodeString* AttributeMap::findValue(std::string const& key) {
+    if (key.find('\0') != std::string::npos)
+        return findValue(std::string(key.c_str()));
+    auto const entry = attributes.find(key);
+    return entry == attributes.end() ? nullptr : &entry->second;
+}
+
+bool AttributeMap::loadMapVariable(std::string const& key, UnicodeString& value) {
+    UnicodeString* const stored = findValue(key);
+    if (stored)
+        value = *stored;
+    else
+        value.clear();
+    return stored;
+}
+
+bool AttributeMap::loadMapVariable(std::string const& key, UnicodeString& value,
+                                   UnicodeString const& defaultValue) {
+    UnicodeString* const stored = findValue(key);
+    // The assignment takes its source without const, though it only reads it.
+    value = stored ? *stored : const_cast<UnicodeString&>(defaultValue);
+    return stored;
+}
+
+bool AttributeMap::loadMapVariable(std::string const& key, bool& value, bool defaultValue) {
+    UnicodeString* const stored = findValue(key);
+    value = stored ? stored->compare(pTrueString, false) == 0 : defaultValue;
+    return stored;
+}
+
+bool AttributeMap::loadMapVariable(std::string const& key, int& value, int defaultValue) {
+    UnicodeString* const stored = findValue(key);
+    value = stored ? std::atoi(stored->c_str()) : defaultValue;
+    return stored;
+}
+
+bool AttributeMap::loadMapVariable(std::string const& key, double& value, double defaultValue) {
+    UnicodeString* const stored = findValue(key);
+    value = stored ? std::strtod(stored->c_str(), nullptr) : defaultValue;
+    return stored;
+}
+
+bool AttributeMap::loadMapVariable(std::string const& key, char const*& value,
+                                   char const* defaultValue) {
+    UnicodeString* const stored = findValue(key);
+    value = stored ? stored->c_str() : defaultValue;
+    return stored;
+}
+
+bool AttributeMap::loadMapVariable(std::string const& key, std::string& value,
+                                   char const* defaultValue) {
+    char const* text;
+    bool const found = loadMapVariable(key, text, defaultValue);
+    value = text ? text : pEmptyString;
+    return found;
+}
+
+std::size_t AttributeMap::removeMapVariable(std::string const& key) {
+    return attributes.erase(key);
+}
+
+UnicodeString& AttributeMap::operator[](std::string const& key) {
+    return attributes[key];
+}
+
+std::string const& AttributeMap::operator()(long position) {
+    std::map<std::string, UnicodeString>::iterator entry;
+    return fetchIteratorByIndex(position, entry) ? entry->first : noKey;
+}
+
+UnicodeString& AttributeMap::operator[](long position) {
+    std::map<std::string, UnicodeString>::iterator entry;
+    return fetchIteratorByIndex(position, entry) ? entry->second : noValue;
+}
+
+void AttributeMap::clear() {
+    attributes.clear();
+}
+
+bool AttributeMap::empty() const {
+    return attributes.empty();
+}
+
+long AttributeMap::size() const {
+    return static_cast<long>(attributes.size());
+}
+
+void AttributeMap::dumpStringMapContents() {
+    for (auto const& [key, stored] : attributes) {
+        UnicodeString value(stored);  // so that reading it leaves the stored forms as they are
+        std::cout << key << " == " << value << std::endl;
+    }
+}
+
+bool AttributeMap::fetchAttributeValueByIndex(long const& position, std::string& key,
+                                              UnicodeString& value) {
+    std::map<std::string, UnicodeString>::iterator entry;
+    if (!fetchIteratorByIndex(position, entry))
+        return false;
+    key = entry->first;
+    value = entry->second;
+    return true;
+}
+
+bool AttributeMap::fetchAttributeValueByIndex(long const& position, std::string& key,
+                                              std::string& value) {
+    std::map<std::string, UnicodeString>::iterator entry;
+    if (!fetchIteratorByIndex(position, entry))
+        return false;
+    key = entry->first;
+    value = entry->second.c_str();
+    return true;
+}
+
+bool AttributeMap::fetchIteratorByIndex(long const& position,
+                                        std::map<std::string, UnicodeString>::iterator& it) {
+    if (empty() || position >= size())
+        return false;
+    it = attributes.begin();
+    if (position > 0)  // a negative position means the first entry
+        std::advance(it, position);
+    return true;
+}

@@ -1,0 +1,205 @@
+#include <CommonAPI/byte_array.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "types/hexadecimal.h"
+
+namespace {
+
+/// Appends what hexadecimal text stands for. Clean pairs are decoded in runs; the C library is
+/// asked about any other, because blanks, signs and prefixes count as numbers too.
+void AppendHexadecimal(std::vector<unsigned char>& bytes, char const* text, std::size_t length) {
+    using CommonAPI::internal::DecodeHexadecimal;
+
+    bytes.resize((length + 1) / 2);
+    std::size_t position = 0;
+    std::size_t count = 0;
+    while (position < length) {
+        std::size_t const run =
+            DecodeHexadecimal(text + position, (length - position) / 2, bytes.data() + count);
+        position += 2 * run;
+        count += run;
+        if (position >= length)
+            break;
+
+        char const pair[] = {text[position], position + 1 < length ? text[position + 1] : '\0',
+                             '\0'};
+        unsigned int number;
+        if (std::sscanf(pair, "%02X", &number) != 1)
+            break;
+        bytes[count++] = static_cast<unsigned char>(number);
+        position += 2;
+    }
+    bytes.resize(count);
+}
+
+}  // namespace
+
+ByteArray::ByteArray() = default;
+
+ByteArray::ByteArray(char const* text) {
+    *this += text;
+}
+
+// Without a test for self-assignment: what is emptied first has nothing left to copy.
+ByteArray& ByteArray::operator=(ByteArray const& other) {
+    bytes.clear();
+    textCache.clear();
+    bytes.insert(bytes.end(), other.bytes.begin(), other.bytes.end());
+    return *this;
+}
+
+ByteArray& ByteArray::operator=(char const* text) {
+    bytes.clear();
+    textCache.clear();
+    return *this += text;
+}
+
+ByteArray& ByteArray::operator=(std::string const& text) {
+    bytes.assign(text.begin(), text.end());
+    textCache.clear();
+    return *this;
+}
+
+ByteArray& ByteArray::operator=(std::vector<int> const& values) {
+    bytes.clear();
+    textCache.clear();
+    bytes.reserve(values.size());
+    for (int const value : values)
+        bytes.push_back(static_cast<unsigned char>(value));
+    return *this;
+}
+
+ByteArray& ByteArray::operator+=(unsigned char const& byte) {
+    bytes.push_back(byte);
+    return *this;
+}
+
+ByteArray& ByteArray::operator+=(std::string const& text) {
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    return *this;
+}
+
+ByteArray& ByteArray::operator+=(ByteArray const& other) {
+    if (&other == this)
+        return *this += ByteArray(other);
+    bytes.insert(bytes.end(), other.bytes.begin(), other.bytes.end());
+    return *this;
+}
+
+ByteArray& ByteArray::operator+=(char const* text) {
+    if (text)
+        append(text, static_cast<long>(std::strlen(text)));
+    return *this;
+}
+
+void ByteArray::append(void const* data, long const& count) {
+    insert(size(), data, count);
+}
+
+long ByteArray::size() const {
+    return static_cast<long>(bytes.size());
+}
+
+long ByteArray::length() const {
+    return size();
+}
+
+bool ByteArray::empty() const {
+    return bytes.empty();
+}
+
+unsigned char ByteArray::operator[](int index) {
+    return bytes.data()[index];
+}
+
+unsigned int ByteArray::at(long pos) {
+    unsigned char const* const from = bytes.data() + pos;
+    return static_cast<unsigned int>(from[0]) << 24 | static_cast<unsigned int>(from[1]) << 16 |
+           static_cast<unsigned int>(from[2]) << 8 | static_cast<unsigned int>(from[3]);
+}
+
+char const* ByteArray::c_str() {
+    textCache.assign(bytes.begin(), bytes.end());
+    return textCache.c_str();
+}
+
+char const* ByteArray::operator*() {
+    return c_str();
+}
+
+void ByteArray::assign(void const* data, long const& count) {
+    auto const* const from = static_cast<unsigned char const*>(data);
+    bytes.assign(from, from + count);
+}
+
+void ByteArray::assign(int const& pos, unsigned char const& value) {
+    bytes.data()[pos] = value;
+}
+
+void ByteArray::assign(int const& pos, unsigned int const& value) {
+    unsigned char* const to = bytes.data() + pos;
+    to[0] = static_cast<unsigned char>(value >> 24);
+    to[1] = static_cast<unsigned char>(value >> 16);
+    to[2] = static_cast<unsigned char>(value >> 8);
+    to[3] = static_cast<unsigned char>(value);
+}
+
+void ByteArray::insert(long pos, void const* data, long count) {
+    auto const* const from = static_cast<unsigned char const*>(data);
+    bytes.insert(bytes.begin() + pos, from, from + count);
+}
+
+void ByteArray::erase(long first, long last) {
+    bytes.erase(bytes.begin() + first, bytes.begin() + last);
+}
+
+void ByteArray::resize(long count, int fill) {
+    bytes.resize(static_cast<std::size_t>(count), static_cast<unsigned char>(fill));
+}
+
+void ByteArray::resize(int& count, int fill) {
+    resize(static_cast<long>(count), fill);
+}
+
+void ByteArray::clear() {
+    bytes.clear();
+}
+
+long ByteArray::find(ByteArray const& pattern, long start) {
+    if (start >= size())
+        return -1;
+    if (pattern.empty())
+        return start;
+    void const* const match =
+        memmem(bytes.data() + start, bytes.size() - static_cast<std::size_t>(start),
+               pattern.bytes.data(), pattern.bytes.size());
+    return match ? static_cast<unsigned char const*>(match) - bytes.data() : -1;
+}
+
+void ByteArray::getASCIIHex(std::string& out) {
+    out.resize(2 * bytes.size());
+    CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), out.data());
+}
+
+// The buffer is emptied before the text is read, so given itself it reads nothing.
+void ByteArray::loadASCIIHex(ByteArray const& text) {
+    bytes.clear();
+    if (&text != this)
+        AppendHexadecimal(bytes, reinterpret_cast<char const*>(text.bytes.data()),
+                          text.bytes.size());
+}
+
+void ByteArray::loadASCIIHex(std::string const& text) {
+    bytes.clear();
+    AppendHexadecimal(bytes, text.data(), text.size());
+}
+
+void ByteArray::getRawData(unsigned char** data, long& length) {
+    if (bytes.empty())
+        return;
+    length = size();
+    *data = new unsigned char[bytes.size()];
+    std::memcpy(*data, bytes.data(), bytes.size());
+}
