@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "crypto/blowfish_kernel.h"
+#include "crypto/blowfish_key_schedule.h"
 #include "crypto/blowfish_rounds.h"
 #include "crypto/wipe.h"
 #include "types/byte_array_access.h"
@@ -21,30 +22,6 @@ void TransformBlock(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
     BlowfishRounds<direction>(subkeys, boxes, block);
     *left = block.left[0];
     *right = block.right[0];
-}
-
-/// Mixes the key, repeated as often as needed, into the subkeys.
-void MixKey(char const* key, std::size_t length, BlowfishSubkeys& subkeys) {
-    std::size_t position = 0;
-    for (Blowfish::Word& subkey : subkeys) {
-        Blowfish::Word word = 0;
-        for (int byte = 0; byte < 4; ++byte) {
-            word = word << 8 | static_cast<unsigned char>(key[position]);
-            position = position + 1 == length ? 0 : position + 1;
-        }
-        subkey ^= word;
-    }
-}
-
-/// Replaces the words by the chain of encryptions that `block` is the latest of.
-template <std::size_t count>
-void FillFromChain(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
-                   BlowfishBlocks<1>& block, Blowfish::Word (&words)[count]) {
-    for (std::size_t i = 0; i < count; i += 2) {
-        BlowfishRounds<BlowfishDirection::encrypt>(subkeys, boxes, block);
-        words[i] = block.left[0];
-        words[i + 1] = block.right[0];
-    }
 }
 
 bool Transform(ByteArray& data, BlowfishTransform* transform, BlowfishSubkeys const& subkeys,
@@ -84,14 +61,8 @@ bool Blowfish::setPassword(char const* password) {
 }
 
 void Blowfish::generateSubKeys(char const* key) {
-    std::size_t const length = std::strlen(key);
-    if (length == 0)
-        return;
-    MixKey(key, length, subkeys);
-    BlowfishBlocks<1> block = {};
-    FillFromChain(subkeys, sboxes, block, subkeys);
-    for (Word(&box)[256] : sboxes)
-        FillFromChain(subkeys, sboxes, block, box);
+    if (*key != '\0')
+        ScheduleBlowfishKey(key, std::strlen(key), subkeys, sboxes);
 }
 
 void Blowfish::BF_En(Word* left, Word* right) {

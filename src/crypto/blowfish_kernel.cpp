@@ -25,8 +25,8 @@ BlowfishKernel const kernels[] = {
 
 }  // namespace
 
-BlowfishKernelList BlowfishKernels() {
-    return {kernels, std::size(kernels)};
+std::span<BlowfishKernel const> BlowfishKernels() {
+    return kernels;
 }
 
 BlowfishKernel const& ChosenBlowfishKernel() {

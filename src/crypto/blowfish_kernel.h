@@ -2,6 +2,7 @@
 #define COMMONAPI_CRYPTO_BLOWFISH_KERNEL_H
 
 #include <cstddef>
+#include <span>
 
 #include "crypto/blowfish_tables.h"
 
@@ -21,14 +22,7 @@ struct BlowfishKernel {
 };
 
 /// Every kernel built for this architecture, best first; the last one runs everywhere.
-struct BlowfishKernelList {
-    BlowfishKernel const* first;
-    std::size_t count;
-
-    BlowfishKernel const* begin() const { return first; }
-    BlowfishKernel const* end() const { return first + count; }
-};
-BlowfishKernelList BlowfishKernels();
+std::span<BlowfishKernel const> BlowfishKernels();
 
 /// The first of them that is supported here.
 BlowfishKernel const& ChosenBlowfishKernel();

@@ -17,7 +17,7 @@ using Vector = __m512i;
 
 constexpr int wordBytes = 4;
 constexpr std::size_t groupBlocks = 64;
-constexpr std::size_t groupBytes = 8 * groupBlocks;
+constexpr int groupBytes = 8 * groupBlocks;
 
 struct alignas(64) BytePlanes {
     Vector boxes[4][wordBytes][4];

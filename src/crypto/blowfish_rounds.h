@@ -37,7 +37,7 @@ template <BlowfishDirection direction, std::size_t lanes>
     constexpr std::make_index_sequence<lanes> all;
     std::uint32_t* const left = blocks.left;
     std::uint32_t* const right = blocks.right;
-    auto const subkey = [&](int step) [[gnu::always_inline]] {
+    auto const subkey = [&](int step) {
         return subkeys[direction == BlowfishDirection::encrypt ? step : 17 - step];
     };
     for (std::size_t lane = 0; lane < lanes; ++lane)
