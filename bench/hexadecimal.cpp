@@ -73,9 +73,8 @@ BENCHMARK(OpensslEncode)->Name("getASCIIHex/OpenSSL")->Apply(Sizes);
 void OpensslDecode(benchmark::State& state) {
     std::string const digits = Digits(state);
     std::vector<unsigned char> bytes(digits.size() / 2);
-    Run(state, [&] {
-        OPENSSL_hexstr2buf_ex(bytes.data(), bytes.size(), nullptr, digits.c_str(), '\0');
-    });
+    Run(state,
+        [&] { OPENSSL_hexstr2buf_ex(bytes.data(), bytes.size(), nullptr, digits.c_str(), '\0'); });
 }
 BENCHMARK(OpensslDecode)->Name("loadASCIIHex/OpenSSL")->Apply(Sizes);
 #endif
