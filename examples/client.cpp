@@ -3,6 +3,7 @@
 
 #include <CommonAPI/attribute_map.h>
 #include <CommonAPI/byte_array.h>
+#include <CommonAPI/encryption_api.h>
 #include <CommonAPI/logging.h>
 #include <CommonAPI/system_information.h>
 #include <CommonAPI/unicode_string.h>
@@ -83,6 +84,23 @@ void ReportSurroundings() {
     Log("Started by " + user + " on " + host + " at " + time);
 }
 
+/// Logs the setting "greeting", which is encrypted under the sealed key that "key" holds.
+void Greet(AttributeMap& settings) {
+    std::string sealedKey;
+    std::string encrypted;
+    if (!settings.loadMapVariable("key", sealedKey, nullptr) ||
+        !settings.loadMapVariable("greeting", encrypted, nullptr))
+        return;
+    ByteArray key;
+    key.loadASCIIHex(sealedKey);
+    EncryptionAPI encryption;
+    encryption.initializeAPI(key, 4);
+    std::string greeting;
+    if (!encryption.decryptString(encrypted, greeting))
+        throw std::runtime_error("the setting \"greeting\" cannot be decrypted");
+    Log("Greeting: " + greeting);
+}
+
 /// A conversion would wait for the rest of such a text, so no client may begin it.
 bool EndsInsideCharacter(std::string const& text) {
     std::size_t following = 0;
@@ -138,6 +156,7 @@ void Run(std::string const& settingsPath, std::string const& textPath, std::stri
 
     Log(settingsPath + ": " + std::to_string(settings.size()) + " settings");
     ReportSurroundings();
+    Greet(settings);
     ConvertText(textPath, folder + "/copy.txt");
     bool hexadecimal;
     settings.loadMapVariable("hexadecimal", hexadecimal, true);

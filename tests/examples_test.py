@@ -31,6 +31,7 @@ class Examples(unittest.TestCase):
         self.assertEqual((self.folder / "copy.txt").read_bytes(), content)
         self.assertEqual((self.folder / "copy.hex").read_text(), content.hex().upper())
         log = (self.folder / "client.log").read_text()
+        self.assertIn("Client:  Greeting: Good morning, 世界\n", log)
         self.assertIn(f"{len(content)} bytes hold {len(content.decode())} characters", log)
 
     def test_client_takes_any_settings(self):

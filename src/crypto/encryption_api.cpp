@@ -3,11 +3,11 @@
 
 #include <string_view>
 
+#include "crypto/built_in_passphrase.h"
 #include "crypto/wipe.h"
 #include "types/byte_array_access.h"
-#include "types/hexadecimal.h"
 
-using CommonAPI::internal::EncodeHexadecimal;
+using CommonAPI::internal::BuiltInPassphrase;
 using CommonAPI::internal::Wipe;
 
 namespace {
@@ -17,7 +17,6 @@ using Bytes = std::vector<unsigned char>;
 enum Mode { noEncryption = 2, directPassword = 3, encipheredPassword = 4 };
 
 constexpr std::size_t blockSize = 8;
-constexpr wchar_t builtInPassphrase[] = L"Tq8-Lm2vZr5-Kx9wPn3-Hc7yJd4-Fs6uBg1-We0R";
 
 bool Encrypts(int mode) {
     return mode == directPassword || mode == encipheredPassword;
@@ -36,14 +35,6 @@ bool PadAndEncrypt(Blowfish* cipher, ByteArray& data) {
     return cipher != nullptr && cipher->encryptData(data);
 }
 
-void KeyWithBuiltInPassphrase(Blowfish& cipher) {
-    char password[std::size(builtInPassphrase)];
-    for (std::size_t i = 0; i < std::size(builtInPassphrase); ++i)
-        password[i] = static_cast<char>(builtInPassphrase[i]);
-    cipher.setPassword(password);
-    Wipe(password, sizeof password);
-}
-
 /// Decrypts the key in place and ends it with a zero byte.
 bool OpenKey(ByteArray& key) {
     Bytes& bytes = ByteArrayAccess::bytes(key);
@@ -51,7 +42,7 @@ bool OpenKey(ByteArray& key) {
     bytes.reserve(PaddedSize(bytes.size()) + 1);
     bytes.resize(PaddedSize(bytes.size()));
     Blowfish cipher;
-    KeyWithBuiltInPassphrase(cipher);
+    cipher.setPassword(BuiltInPassphrase().data());
     if (!cipher.decryptData(key))
         return false;
     bytes.push_back(0);
