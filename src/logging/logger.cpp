@@ -33,6 +33,7 @@ constexpr char const* module = "LoggingAPI";
 bool initialised = false;
 FILE* logFile = nullptr;
 int globalThreshold = off;
+bool inSignalContext = false;
 
 COMMONAPI_EARLY_STATIC AttributeMap settings;
 
@@ -95,6 +96,10 @@ void CommonAPI::internal::WriteToLog(std::string_view text) {
     std::fflush(logFile);
 }
 
+void CommonAPI::internal::EnterSignalContext() {
+    inSignalContext = true;
+}
+
 bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
                       char const* applicationName, bool redirectStderr) {
     if (initialised) {
@@ -138,7 +143,10 @@ void LogMessage(int level, char const* name, char const* text) {
         return;
 
     std::string time;
-    GetCurrentTime(time, "%X");
+    if (inSignalContext)
+        CommonAPI::internal::GetTimeOfDayInSignal(time);
+    else
+        GetCurrentTime(time, "%X");
     std::string_view const pieces[] = {time, " - ", Prefix(level), name, ":  ", text, "\n"};
     std::size_t length = 0;
     for (std::string_view const piece : pieces)

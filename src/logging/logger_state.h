@@ -3,6 +3,7 @@
 
 #include <CommonAPI/attribute_map.h>
 
+#include <string>
 #include <string_view>
 
 namespace CommonAPI::internal {
@@ -12,6 +13,14 @@ AttributeMap& LoggerSettings();
 
 /// Writes to the open log file with one write, and flushes.
 void WriteToLog(std::string_view text);
+
+/// From here on the process is ending in a signal's handler: lines are timed by
+/// `GetTimeOfDayInSignal`.
+void EnterSignalContext();
+
+/// The local time of day as "%X" formats it, by the clock's offset when `GetCurrentTime` was last
+/// called: the C library's conversion takes a lock that the interrupted code may hold, and memory.
+void GetTimeOfDayInSignal(std::string& out);
 
 }  // namespace CommonAPI::internal
 
