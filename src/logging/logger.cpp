@@ -1,6 +1,7 @@
 #include <CommonAPI/logging.h>
 
 #include <CommonAPI/system_information.h>
+#include <stdio_ext.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,6 +33,7 @@ constexpr char const* module = "LoggingAPI";
 
 bool initialised = false;
 FILE* logFile = nullptr;
+char logFileBuffer[BUFSIZ];
 int globalThreshold = off;
 bool inSignalContext = false;
 
@@ -98,6 +100,8 @@ void CommonAPI::internal::WriteToLog(std::string_view text) {
 
 void CommonAPI::internal::EnterSignalContext() {
     inSignalContext = true;
+    if (initialised)
+        __fsetlocking(logFile, FSETLOCKING_BYCALLER);
 }
 
 bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
@@ -112,6 +116,10 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         LogMessage(error, module, "Logger couldn't open log file");
         return false;
     }
+
+    // The stream's own buffer would have to be freed at exit, where a signal may have interrupted
+    // the allocator.
+    std::setvbuf(logFile, logFileBuffer, _IOFBF, sizeof logFileBuffer);
 
     // The warnings come before the default takes effect, so the thresholds in force until then
     // decide whether standard error shows them.
