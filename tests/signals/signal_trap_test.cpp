@@ -222,7 +222,7 @@ TEST(SignalTrap, AsksTheAllocatorForNothing) {
     std::atexit([] { forbidden = false; });  // runs when the log has been closed
     LoggedChild const child = RunLogged([] {
         Trap(SIGUSR1);
-        LogMessageBuffer = std::string();  // even if the shared text has no room
+        std::string().swap(LogMessageBuffer);  // even if the shared text has no room
         forbidden = true;
         raise(SIGUSR1);
     });
