@@ -178,19 +178,27 @@ TEST(Logger, HeaderNamesApplicationProcessSystemAndSettings) {
     EXPECT_THAT(bare.file, Not(HasSubstr("Log level")));
 }
 
-/// Logs before the log is opened and after it is closed.
 struct LogsFromItsDestructor {
-    ~LogsFromItsDestructor() { LogMessage(1, "Static", "destroyed"); }
+    int level;
+    ~LogsFromItsDestructor() {
+        LogMessageBuffer = "level " + std::to_string(level) + " from a destructor";
+        LogStringMessage(level, "Static", LogMessageBuffer);
+    }
 };
+
+// As if linked before the library, whose own static objects must come first all the same; heard at
+// level 9 only.
+[[gnu::init_priority(200)]] LogsFromItsDestructor outlivesTheTests{9};
 
 TEST(Logger, ServesDestructorsBeforeAndAfterItsTermination) {
     Logged const log = Log([](std::string const& path) {
-        static LogsFromItsDestructor outlivesTheLog;
-        Open(path, {{"Static", "1"}});
-        static LogsFromItsDestructor goesBeforeTheLog;
+        static LogsFromItsDestructor outlivesTheLog{8};
+        Open(path, {{"Static", "9"}});
+        static LogsFromItsDestructor goesBeforeTheLog{7};
     });
-    EXPECT_THAT(log.file, HasSubstr("Static:  destroyed\nTerminating"));
-    EXPECT_THAT(log.errors, MatchesRegex("[0-9:]+ - FATAL/Static:  destroyed\n\n"));
+    EXPECT_THAT(log.file, HasSubstr("Static:  level 7 from a destructor\nTerminating"));
+    EXPECT_THAT(log.errors, MatchesRegex("[0-9:]+ - Static:  level 8 from a destructor\n\n"
+                                         "[0-9:]+ - Static:  level 9 from a destructor\n\n"));
 }
 
 }  // namespace

@@ -73,7 +73,9 @@ TEST(TextUtilities, FindsEveryNameOfTablesOfEverySize) {
         names.push_back(text.c_str());
     for (int count = 1; count < 70; ++count)
         for (int i = 0; i < count; ++i)
-            EXPECT_EQ(ParseAttributeList_LowLevel(names.data(), count, texts[i].c_str()), i)
+            EXPECT_EQ(ParseAttributeList_LowLevel(names.data(), count,
+                                                  names[static_cast<std::size_t>(i)]),
+                      i)
                 << count;
 }
 

@@ -10,17 +10,9 @@ namespace {
 constexpr char const* mixed = "a\u00e9\u20ac\U0001F600";
 constexpr wchar_t const* mixedWide = L"a\u00e9\u20ac\U0001F600";
 
-/// A text with both forms held.
-UnicodeString Both(wchar_t const* text) {
-    UnicodeString both(text);
-    both.c_str();
-    return both;
-}
-
 TEST(UnicodeString, StartsEmptyWithLengthMinusOne) {
     UnicodeString text;
-    EXPECT_TRUE(text.empty());
-    EXPECT_TRUE(!text);
+    EXPECT_TRUE(text.empty() && !text);
     EXPECT_EQ(text.length(), -1);
     EXPECT_STREQ(text.c_str(), "");
     EXPECT_STREQ(text.wc_str(), L"");
@@ -40,83 +32,78 @@ TEST(UnicodeString, DerivesTheMissingForm) {
     EXPECT_EQ(stream.str(), mixed);
 }
 
-TEST(UnicodeString, AssignsOneFormAndLeavesTheOther) {
-    UnicodeString text;
-    text = L"abc";
-    text = "xyz";
-    EXPECT_STREQ(text.wc_str(), L"abc");
-    EXPECT_STREQ(text.c_str(), "xyz");
-    text = std::string("q\0r", 3);
-    EXPECT_STREQ(text.c_str(), "q");
-    UnicodeString other;
-    other = text;
-    EXPECT_STREQ(other.wc_str(), L"abc");
-    EXPECT_STREQ(other.c_str(), "q");
-    EXPECT_STREQ(UnicodeString("ISO-8859-1", "\xe9").c_str(), "\xe9");
-}
-
-TEST(UnicodeString, RightAlignsANumberIn511Characters) {
-    for (long const number : {42L, -5L}) {
-        UnicodeString text(L"kept");
-        text = number;
-        std::string const digits = std::to_string(number);
-        EXPECT_EQ(text.c_str(), std::string(511 - digits.size(), ' ') + digits);
-        EXPECT_STREQ(text.wc_str(), L"kept");
+TEST(UnicodeString, ChangesTheFormsAsStated) {
+    static wchar_t const* const noText = nullptr;
+    struct {
+        char const* what;
+        char const* narrow;   // null: not held
+        wchar_t const* wide;  // null: not held
+        void (*change)(UnicodeString&);
+        std::string expectedNarrow;
+        wchar_t const* expectedWide;
+    } const rows[] = {
+        {"=, narrow", "ab", L"xy", [](auto& t) { t = "q"; }, "q", L"xy"},
+        {"=, string", "ab", L"xy", [](auto& t) { t = std::string("q\0r", 3); }, "q", L"xy"},
+        {"=, wide", "ab", L"xy", [](auto& t) { t = L"q"; }, "ab", L"q"},
+        {"=, 42", "ab", L"xy", [](auto& t) { t = 42L; }, std::string(509, ' ') + "42", L"xy"},
+        {"=, -5", nullptr, L"xy", [](auto& t) { t = -5L; }, std::string(509, ' ') + "-5", L"xy"},
+        {"clear", "ab", L"xy", [](auto& t) { t.clear(); }, "", nullptr},
+        {"+= null", "ab", L"xy", [](auto& t) { t += static_cast<char const*>(nullptr); }, "ab",
+         L"xy"},
+        {"+= wide null", "ab", L"xy", [](auto& t) { t += noText; }, "ab", L"xy"},
+        {"+= narrow, no wide form", "ab", nullptr, [](auto& t) { t += "cd"; }, "abcd", nullptr},
+        {"+= narrow, both forms", "ab", L"xy", [](auto& t) { t += "\u20ac"; }, "ab\u20ac",
+         L"ab\u20ac"},
+        {"+= string", "ab", nullptr, [](auto& t) { t += std::string("c\0d", 3); }, "abc", nullptr},
+        {"+= float", "ab", nullptr, [](auto& t) { t += 1.5f; }, "ab1.500000", nullptr},
+        {"+= wide, no narrow form", nullptr, L"abcd", [](auto& t) { t += L"efgh"; }, "abcdefgh",
+         L"abcdefgh"},
+        {"+= wide, both forms", "q", L"abcd", [](auto& t) { t += L"efgh"; }, "ab", L"abcdefgh"},
+        {"+= text with wide form", "q", L"abcd", [](auto& t) { t += UnicodeString(L"efgh"); }, "ab",
+         L"abcdefgh"},
+        {"+= text without", "q", L"abcd", [](auto& t) { t += UnicodeString("z"); }, "qz", L"qz"},
+        {"insert some", nullptr, L"abcdefgh", [](auto& t) { t.insert("XYZ", 1, 2); }, "aXYb",
+         L"abcdefgh"},
+        {"insert all", "ab", L"xy", [](auto& t) { t.insert("XYZ", 2, -1); }, "abXYZ", L"xy"},
+        {"substr", nullptr, L"abcdefgh", [](auto& t) { EXPECT_EQ(t.substr(1, 9), "b"); }, "ab",
+         L"abcdefgh"},
+        {"erase, both forms", "q", L"abcdefghij", [](auto& t) { t.erase(1, 2); }, "ad",
+         L"adefghij"},
+        {"erase to the end", nullptr, L"abcd", [](auto& t) { t.erase(1, -1); }, "a", L"a"},
+        {"erase, no wide form", "hello", nullptr, [](auto& t) { t.erase(0, 1); }, "", nullptr},
+        {"erase past the end", "ab", L"xy",
+         [](auto& t) { EXPECT_THROW(t.erase(3, 1), std::out_of_range); }, "ab", L"xy"},
+        {"insert past the end", "ab", L"xy",
+         [](auto& t) { EXPECT_THROW(t.insert("q", 3, -1), std::out_of_range); }, "ab", L"xy"},
+        {"substr past the end", "ab", L"xy",
+         [](auto& t) { EXPECT_THROW(t.substr(3, 1), std::out_of_range); }, "ab", L"xy"},
+    };
+    for (auto const& row : rows) {
+        UnicodeString text;
+        if (row.narrow)
+            text = row.narrow;
+        if (row.wide)
+            text = row.wide;
+        row.change(text);
+        EXPECT_EQ(text.compare(row.expectedWide, true), 0) << row.what;  // the form as it stands
+        EXPECT_EQ(text.c_str(), row.expectedNarrow) << row.what;
     }
 }
 
-TEST(UnicodeString, AppendingDerivesOnlyAFormThatIsHeld) {
-    UnicodeString narrow("ab");
-    narrow += "cd";
-    narrow += std::string("e");
-    narrow += 1.5f;
-    narrow += static_cast<char const*>(nullptr);
-    EXPECT_EQ(narrow.compare(static_cast<wchar_t const*>(nullptr), true), 0);  // no wide form
-    EXPECT_STREQ(narrow.c_str(), "abcde1.500000");
-
-    UnicodeString both = Both(L"ab");
-    both += "\u20ac";
-    EXPECT_STREQ(both.wc_str(), L"ab\u20ac");
-
-    UnicodeString wide(L"abcd");
-    wide += static_cast<wchar_t const*>(nullptr);
-    wide += L"efgh";
-    EXPECT_STREQ(wide.c_str(), "abcdefgh");
-    wide += UnicodeString(L"ijkl");
-    EXPECT_STREQ(wide.wc_str(), L"abcdefghijkl");
-    EXPECT_STREQ(wide.c_str(), "abc");  // 12 characters taken for 12 bytes
-    wide += UnicodeString("z");
-    EXPECT_STREQ(wide.wc_str(), L"abcz");
+TEST(UnicodeString, CopiesBothForms) {
+    UnicodeString text("narrow");
+    text = L"wide";
+    UnicodeString assigned;
+    assigned = text;
+    UnicodeString constructed(text);
+    for (UnicodeString* copy : {&assigned, &constructed}) {
+        EXPECT_STREQ(copy->c_str(), "narrow");
+        EXPECT_STREQ(copy->wc_str(), L"wide");
+    }
+    EXPECT_STREQ(UnicodeString("ISO-8859-1", "\xe9").c_str(), "\xe9");  // stored, not converted
 }
 
-TEST(UnicodeString, EditsTakeTheFirstQuarterOfAWideText) {
-    UnicodeString inserted(L"abcdefgh");
-    inserted.insert("XYZ", 1, 2);
-    EXPECT_STREQ(inserted.c_str(), "aXYb");
-    EXPECT_STREQ(inserted.wc_str(), L"abcdefgh");
-    inserted.insert("XYZ", 4, -1);
-    EXPECT_STREQ(inserted.c_str(), "aXYbXYZ");
-
-    UnicodeString wide(L"abcdefghijkl");
-    EXPECT_EQ(wide.substr(1, 9), "bc");
-    EXPECT_STREQ(wide.c_str(), "abc");
-
-    UnicodeString erased = Both(L"abcdefghij");
-    erased.erase(1, 2);
-    EXPECT_STREQ(erased.wc_str(), L"adefghij");
-    EXPECT_STREQ(erased.c_str(), "ad");
-    erased.erase(1, -1);
-    EXPECT_STREQ(erased.wc_str(), L"a");
-
-    UnicodeString narrow("hello");  // no wide form, so the narrow one is derived from nothing
-    EXPECT_THROW(narrow.erase(6, 1), std::out_of_range);
-    narrow.erase(0, 1);
-    EXPECT_TRUE(narrow.empty());
-    EXPECT_THROW(narrow.insert("x", 1, -1), std::out_of_range);
-    EXPECT_THROW(narrow.substr(1, 1), std::out_of_range);
-}
-
-TEST(UnicodeString, ComparesNarrowTexts) {
+TEST(UnicodeString, Compares) {
     struct {
         char const* text;
         long position;
@@ -126,7 +113,6 @@ TEST(UnicodeString, ComparesNarrowTexts) {
     } const rows[] = {
         {"ABC", 0, 0, false, 0}, {"ABC", 0, 0, true, 1}, {"abX", 0, 2, true, 0},
         {"aBX", 0, 2, false, 0}, {"bc", 1, 0, true, 0},  {"bd", 1, 0, true, -1},
-        {"Bd", 1, 2, false, -1},
     };
     UnicodeString text(L"abc");
     auto const sign = [](int order) { return (order > 0) - (order < 0); };
@@ -136,31 +122,23 @@ TEST(UnicodeString, ComparesNarrowTexts) {
             << row.text << " at " << row.position << " for " << row.count;
     EXPECT_EQ(text.compare("ABC", false), 0);
     EXPECT_GT(text.compare("ABC", true), 0);
+    EXPECT_EQ(text.compare(L"ABCDEF", false), 0);
+    EXPECT_EQ(text.compare(static_cast<wchar_t const*>(nullptr), false), 1);
     EXPECT_TRUE(text == "abc");
     EXPECT_FALSE(text == "ab");
     UnicodeString narrow("abc");
+    EXPECT_EQ(narrow.compare(L"", true), -1);  // no wide form is held
     EXPECT_TRUE(narrow == text);
-}
-
-TEST(UnicodeString, ComparesTheWideFormAsItStands) {
-    UnicodeString text("abc");
-    EXPECT_EQ(text.compare(L"abc", true), -1);
-    EXPECT_EQ(text.compare(L"", true), -1);
-    EXPECT_EQ(text.compare(static_cast<wchar_t const*>(nullptr), true), 0);
-    text.wc_str();
-    EXPECT_EQ(text.compare(L"abc", true), 0);
-    EXPECT_EQ(text.compare(L"ABCDEF", false), 0);
-    EXPECT_EQ(text.compare(static_cast<wchar_t const*>(nullptr), false), 1);
 }
 
 TEST(UnicodeString, FindsInOneFormOnly) {
     UnicodeString wide(L"abcabc");
-    EXPECT_EQ(wide.find('b', 0), -1);  // no narrow form is held
+    UnicodeString narrow("abcabc");
+    UnicodeString pattern("ca");
+    EXPECT_EQ(wide.find('b', 0), -1);
     EXPECT_EQ(wide.find(L'b'), 1);
     EXPECT_EQ(wide.find(L"ca"), 2);
-    UnicodeString pattern("ca");
     EXPECT_EQ(wide.find(pattern), 2);
-    UnicodeString narrow("abcabc");
     EXPECT_EQ(narrow.find('b', 2), 4);
     EXPECT_EQ(narrow.find("ca", 0), 2);
     EXPECT_EQ(narrow.find("ca", 3), -1);

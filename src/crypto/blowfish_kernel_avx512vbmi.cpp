@@ -1,0 +1,235 @@
+#include <immintrin.h>
+#include <string.h>
+
+#include "crypto/blowfish_kernel.h"
+
+// 64 blocks at a time, in byte planes: plane p holds byte p, the lowest first, of 64 words. A table
+// of 256 bytes fills four vectors, so 64 look-ups in it are two permutes and a blend on the index's
+// top bit, and no address depends on the data. Additions carry from plane to plane through masks.
+//
+// Nothing here may be an inline function that other files use too: the linker keeps one copy of
+// such a function, and it could be one that needs this file's instruction set.
+
+namespace CommonAPI::internal {
+namespace {
+
+using Vector = __m512i;
+
+constexpr int wordBytes = 4;
+constexpr std::size_t groupBlocks = 64;
+constexpr int groupBytes = 8 * groupBlocks;
+
+struct alignas(64) BytePlanes {
+    Vector boxes[4][wordBytes][4];
+    /// Each byte of a subkey four times, to fill a vector with.
+    std::uint32_t subkeys[18][wordBytes];
+};
+
+/// The halves of 64 * groups blocks.
+template <int groups>
+struct Halves {
+    Vector planes[wordBytes][groups];
+};
+
+struct alignas(64) Indices {
+    unsigned char of[64];
+};
+
+constexpr Indices EverySecond(int first) {
+    Indices indices = {};
+    for (int i = 0; i < 64; ++i)
+        indices.of[i] = static_cast<unsigned char>(first + 2 * i);
+    return indices;
+}
+
+constexpr Indices Alternating(int first) {
+    Indices indices = {};
+    for (int i = 0; i < 64; ++i)
+        indices.of[i] = static_cast<unsigned char>(first + i / 2 + i % 2 * 64);
+    return indices;
+}
+
+constexpr Indices evenBytes = EverySecond(0);
+constexpr Indices oddBytes = EverySecond(1);
+constexpr Indices lowerZipped = Alternating(0);
+constexpr Indices upperZipped = Alternating(32);
+
+Vector Pick(Indices const& indices, Vector a, Vector b) {
+    return _mm512_permutex2var_epi8(a, _mm512_load_si512(indices.of), b);
+}
+
+/// Moves the even bytes of all vectors to the first half of them and the odd ones to the second, so
+/// that as many times as it takes to halve a block down to bytes turn blocks into planes.
+template <int count>
+[[gnu::always_inline]] inline void Unzip(Vector (&vectors)[count]) {
+    Vector unzipped[count];
+    for (int i = 0; i < count / 2; ++i) {
+        unzipped[i] = Pick(evenBytes, vectors[2 * i], vectors[2 * i + 1]);
+        unzipped[i + count / 2] = Pick(oddBytes, vectors[2 * i], vectors[2 * i + 1]);
+    }
+    for (int i = 0; i < count; ++i)
+        vectors[i] = unzipped[i];
+}
+
+/// The inverse.
+template <int count>
+[[gnu::always_inline]] inline void Zip(Vector (&vectors)[count]) {
+    Vector zipped[count];
+    for (int i = 0; i < count / 2; ++i) {
+        zipped[2 * i] = Pick(lowerZipped, vectors[i], vectors[i + count / 2]);
+        zipped[2 * i + 1] = Pick(upperZipped, vectors[i], vectors[i + count / 2]);
+    }
+    for (int i = 0; i < count; ++i)
+        vectors[i] = zipped[i];
+}
+
+void SplitBox(std::uint32_t const (&box)[256], Vector (&planes)[wordBytes][4]) {
+    Vector vectors[16];
+    for (int i = 0; i < 16; ++i)
+        vectors[i] = _mm512_loadu_si512(box + 16 * i);
+    Unzip(vectors);
+    Unzip(vectors);
+    for (int i = 0; i < 16; ++i)
+        planes[i / 4][i % 4] = vectors[i];
+}
+
+template <bool decrypt>
+void SplitTables(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes, BytePlanes& tables) {
+    for (int box = 0; box < 4; ++box)
+        SplitBox(boxes[box], tables.boxes[box]);
+    for (int i = 0; i < 18; ++i)
+        for (int plane = 0; plane < wordBytes; ++plane)
+            tables.subkeys[i][plane] =
+                (subkeys[decrypt ? 17 - i : i] >> 8 * plane & 0xFF) * 0x01010101;
+}
+
+Vector Xor(Vector vector, std::uint32_t subkeyByte) {
+    return _mm512_xor_si512(vector, _mm512_set1_epi32(static_cast<int>(subkeyByte)));
+}
+
+Vector LookUp(Vector const (&table)[4], Vector index, __mmask64 indexTop) {
+    return _mm512_mask_blend_epi8(indexTop, _mm512_permutex2var_epi8(table[0], index, table[1]),
+                                  _mm512_permutex2var_epi8(table[2], index, table[3]));
+}
+
+/// One plane of a sum; `carry` comes from the plane below and goes to the one above.
+Vector Add(int plane, Vector a, Vector b, __mmask64& carry) {
+    Vector sum = _mm512_add_epi8(a, b);
+    if (plane == 0) {
+        carry = _mm512_cmplt_epu8_mask(sum, a);
+        return sum;
+    }
+    sum = _mm512_mask_sub_epi8(sum, carry, sum, _mm512_set1_epi8(-1));
+    constexpr int carryOut = 0xD4;  // a & b | (a | b) & ~sum; its top bit is what overflowed
+    carry = _mm512_movepi8_mask(_mm512_ternarylogic_epi32(a, b, sum, carryOut));
+    return sum;
+}
+
+/// to ^= subkey ^ F(from), plane by plane; the groups share what is loaded of the tables.
+template <int groups>
+[[gnu::always_inline]] inline void Round(BytePlanes const& tables, int round,
+                                         Halves<groups> const& from, Halves<groups>& to) {
+    Halves<groups> sum;
+    __mmask64 top[groups];
+    __mmask64 carry[groups] = {};
+    auto const lookUpBy = [&](int index) {
+        for (int group = 0; group < groups; ++group)
+            top[group] = _mm512_movepi8_mask(from.planes[index][group]);
+    };
+    auto const forEach = [&](auto step) {
+        for (int plane = 0; plane < wordBytes; ++plane)
+            for (int group = 0; group < groups; ++group)
+                step(plane, group);
+    };
+    auto const found = [&](int box, int plane, int group) {
+        return LookUp(tables.boxes[box][plane], from.planes[3 - box][group], top[group]);
+    };
+    lookUpBy(3);
+    forEach([&](int plane, int group) { sum.planes[plane][group] = found(0, plane, group); });
+    lookUpBy(2);
+    forEach([&](int plane, int group) {
+        Vector& s = sum.planes[plane][group];
+        s = Add(plane, s, found(1, plane, group), carry[group]);
+    });
+    lookUpBy(1);
+    forEach([&](int plane, int group) {
+        Vector& s = sum.planes[plane][group];
+        s = _mm512_xor_si512(s, found(2, plane, group));
+    });
+    lookUpBy(0);
+    forEach([&](int plane, int group) {
+        Vector& t = to.planes[plane][group];
+        Vector const s = Add(plane, sum.planes[plane][group], found(3, plane, group), carry[group]);
+        t = Xor(_mm512_xor_si512(t, s), tables.subkeys[round][plane]);
+    });
+}
+
+template <int groups>
+void TransformGroups(BytePlanes const& tables, unsigned char* data) {
+    Halves<groups> left;
+    Halves<groups> right;
+    for (int group = 0; group < groups; ++group) {
+        Vector block[8];
+        for (int i = 0; i < 8; ++i)
+            block[i] = _mm512_loadu_si512(data + groupBytes * group + 64 * i);
+        Unzip(block);
+        Unzip(block);
+        Unzip(block);
+        for (int plane = 0; plane < wordBytes; ++plane) {
+            left.planes[plane][group] = Xor(block[3 - plane], tables.subkeys[0][plane]);
+            right.planes[plane][group] = block[7 - plane];
+        }
+    }
+    for (int round = 1; round <= 16; round += 2) {
+        Round(tables, round, left, right);
+        Round(tables, round + 1, right, left);
+    }
+    for (int group = 0; group < groups; ++group) {
+        Vector block[8];
+        for (int plane = 0; plane < wordBytes; ++plane) {
+            block[3 - plane] = Xor(right.planes[plane][group], tables.subkeys[17][plane]);
+            block[7 - plane] = left.planes[plane][group];
+        }
+        Zip(block);
+        Zip(block);
+        Zip(block);
+        for (int i = 0; i < 8; ++i)
+            _mm512_storeu_si512(data + groupBytes * group + 64 * i, block[i]);
+    }
+}
+
+template <int groups>
+void TransformAll(BytePlanes const& tables, unsigned char*& data, std::size_t& blocks) {
+    for (; blocks >= groups * groupBlocks; blocks -= groups * groupBlocks) {
+        TransformGroups<groups>(tables, data);
+        data += groups * groupBytes;
+    }
+}
+
+template <bool decrypt>
+void TransformWholeGroups(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
+                          unsigned char*& data, std::size_t& blocks) {
+    BytePlanes tables;
+    SplitTables<decrypt>(subkeys, boxes, tables);
+    TransformAll<2>(tables, data, blocks);
+    TransformAll<1>(tables, data, blocks);
+    explicit_bzero(&tables, sizeof tables);
+}
+
+}  // namespace
+
+void EncryptBlowfishAvx512Vbmi(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
+                               unsigned char* data, std::size_t blocks) {
+    if (blocks >= groupBlocks)
+        TransformWholeGroups<false>(subkeys, boxes, data, blocks);
+    EncryptBlowfishPortable(subkeys, boxes, data, blocks);
+}
+
+void DecryptBlowfishAvx512Vbmi(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
+                               unsigned char* data, std::size_t blocks) {
+    if (blocks >= groupBlocks)
+        TransformWholeGroups<true>(subkeys, boxes, data, blocks);
+    DecryptBlowfishPortable(subkeys, boxes, data, blocks);
+}
+
+}  // namespace CommonAPI::internal

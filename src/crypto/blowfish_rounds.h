@@ -1,0 +1,69 @@
+#ifndef COMMONAPI_CRYPTO_BLOWFISH_ROUNDS_H
+#define COMMONAPI_CRYPTO_BLOWFISH_ROUNDS_H
+
+#include "crypto/blowfish_tables.h"
+
+#include <cstddef>
+#include <utility>
+
+namespace CommonAPI::internal {
+
+enum class BlowfishDirection { encrypt, decrypt };
+
+/// Some blocks that go through the rounds together, so that one's look-ups hide another's latency.
+template <std::size_t lanes>
+struct BlowfishBlocks {
+    std::uint32_t left[lanes];
+    std::uint32_t right[lanes];
+};
+
+[[gnu::always_inline]] inline std::uint32_t BlowfishF(BlowfishBoxes const& boxes, std::uint32_t x) {
+    return ((boxes[0][x >> 24] + boxes[1][x >> 16 & 0xFF]) ^ boxes[2][x >> 8 & 0xFF]) +
+           boxes[3][x & 0xFF];
+}
+
+template <std::size_t... lane>
+[[gnu::always_inline]] inline void BlowfishRound(std::uint32_t subkey, BlowfishBoxes const& boxes,
+                                                 std::uint32_t const* from, std::uint32_t* to,
+                                                 std::index_sequence<lane...>) {
+    // The subkey first: it is known early, and the look-ups are what everything waits for.
+    ((to[lane] = to[lane] ^ subkey ^ BlowfishF(boxes, from[lane])), ...);
+}
+
+template <BlowfishDirection direction, std::size_t lanes>
+[[gnu::always_inline]] inline void BlowfishRounds(BlowfishSubkeys const& subkeys,
+                                                  BlowfishBoxes const& boxes,
+                                                  BlowfishBlocks<lanes>& blocks) {
+    constexpr std::make_index_sequence<lanes> all;
+    std::uint32_t* const left = blocks.left;
+    std::uint32_t* const right = blocks.right;
+    auto const subkey = [&](int step) {
+        return subkeys[direction == BlowfishDirection::encrypt ? step : 17 - step];
+    };
+    for (std::size_t lane = 0; lane < lanes; ++lane)
+        left[lane] ^= subkey(0);
+    BlowfishRound(subkey(1), boxes, left, right, all);
+    BlowfishRound(subkey(2), boxes, right, left, all);
+    BlowfishRound(subkey(3), boxes, left, right, all);
+    BlowfishRound(subkey(4), boxes, right, left, all);
+    BlowfishRound(subkey(5), boxes, left, right, all);
+    BlowfishRound(subkey(6), boxes, right, left, all);
+    BlowfishRound(subkey(7), boxes, left, right, all);
+    BlowfishRound(subkey(8), boxes, right, left, all);
+    BlowfishRound(subkey(9), boxes, left, right, all);
+    BlowfishRound(subkey(10), boxes, right, left, all);
+    BlowfishRound(subkey(11), boxes, left, right, all);
+    BlowfishRound(subkey(12), boxes, right, left, all);
+    BlowfishRound(subkey(13), boxes, left, right, all);
+    BlowfishRound(subkey(14), boxes, right, left, all);
+    BlowfishRound(subkey(15), boxes, left, right, all);
+    BlowfishRound(subkey(16), boxes, right, left, all);
+    for (std::size_t lane = 0; lane < lanes; ++lane) {
+        right[lane] ^= subkey(17);
+        std::swap(left[lane], right[lane]);
+    }
+}
+
+}  // namespace CommonAPI::internal
+
+#endif
