@@ -1,6 +1,7 @@
 #include <CommonAPI/logging.h>
 
 #include <CommonAPI/system_information.h>
+#include <stdio_ext.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,7 +33,9 @@ constexpr char const* module = "LoggingAPI";
 
 bool initialised = false;
 FILE* logFile = nullptr;
+char logFileBuffer[BUFSIZ];
 int globalThreshold = off;
+bool inSignalContext = false;
 
 COMMONAPI_EARLY_STATIC AttributeMap settings;
 
@@ -95,6 +98,12 @@ void CommonAPI::internal::WriteToLog(std::string_view text) {
     std::fflush(logFile);
 }
 
+void CommonAPI::internal::EnterSignalContext() {
+    inSignalContext = true;
+    if (initialised)
+        __fsetlocking(logFile, FSETLOCKING_BYCALLER);
+}
+
 bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
                       char const* applicationName, bool redirectStderr) {
     if (initialised) {
@@ -107,6 +116,10 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         LogMessage(error, module, "Logger couldn't open log file");
         return false;
     }
+
+    // The stream's own buffer would have to be freed at exit, where a signal may have interrupted
+    // the allocator.
+    std::setvbuf(logFile, logFileBuffer, _IOFBF, sizeof logFileBuffer);
 
     // The warnings come before the default takes effect, so the thresholds in force until then
     // decide whether standard error shows them.
@@ -138,7 +151,10 @@ void LogMessage(int level, char const* name, char const* text) {
         return;
 
     std::string time;
-    GetCurrentTime(time, "%X");
+    if (inSignalContext)
+        CommonAPI::internal::GetTimeOfDayInSignal(time);
+    else
+        GetCurrentTime(time, "%X");
     std::string_view const pieces[] = {time, " - ", Prefix(level), name, ":  ", text, "\n"};
     std::size_t length = 0;
     for (std::string_view const piece : pieces)

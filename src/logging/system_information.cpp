@@ -6,6 +6,7 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -17,6 +18,9 @@
 namespace {
 
 constexpr char const* dashes = "--------------------------------\n";
+
+/// The local time of day less the clock's time, in seconds: one word, which a signal finds whole.
+std::atomic<std::time_t> timeOfDayOffset;
 
 void AppendSystemNames(std::string& header) {
     utsname system;
@@ -75,7 +79,20 @@ void GetCurrentTime(std::string& out, char const* format) {
     static std::time_t now;
     static char text[512];
     now = std::time(nullptr);
-    out.assign(text, std::strftime(text, sizeof text, format, std::localtime(&now)));
+    std::tm const* const local = std::localtime(&now);
+    timeOfDayOffset = (local->tm_hour * 60 + local->tm_min) * 60 + local->tm_sec - now;
+    out.assign(text, std::strftime(text, sizeof text, format, local));
+}
+
+void CommonAPI::internal::GetTimeOfDayInSignal(std::string& out) {
+    constexpr int day = 24 * 60 * 60;
+    int const second = static_cast<int>((std::time(nullptr) + timeOfDayOffset) % day + day) % day;
+    std::tm local = {};
+    local.tm_hour = second / (60 * 60);
+    local.tm_min = second / 60 % 60;
+    local.tm_sec = second % 60;
+    char text[64];
+    out.assign(text, std::strftime(text, sizeof text, "%X", &local));
 }
 
 bool GetCurrentUserName(std::string& out, bool useRealName, bool allowNumericUid) {

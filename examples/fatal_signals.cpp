@@ -1,0 +1,21 @@
+#include <CommonAPI/logging.h>
+#include <CommonAPI/signal_trap.h>
+
+int main(int count, char** arguments) {
+    AttributeMap settings;
+    settings["Global"] = "1";
+    if (!InitializeLogger(count > 1 ? arguments[1] : "fatal_signals.log", &settings, "sample",
+                          false))
+        return 1;
+
+    for (int const signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
+        TrapExceptionSignal(signal, nullptr);
+    TrapExceptionSignal(SIGTERM, [](siginfo* info) {
+        if (info->si_code == SI_USER)
+            LogMessage(1, "Sample", "ended on request");
+    });
+
+    int* volatile nowhere = nullptr;
+    *nowhere = 1;
+    return 1;  // not reached: the report ends the process with status 0
+}

@@ -1,0 +1,42 @@
+#include <CommonAPI/signal_trap.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+
+#include "logging/logger_state.h"
+#include "signals/signal_report.h"
+
+namespace {
+
+using Handler = void (*)(siginfo*);
+
+Handler handlers[64];
+
+/// A trapped signal ends the process with status 0, even if the client's handler returns.
+void Dispatch(int signalNumber, siginfo* info, void*) {
+    CommonAPI::internal::EnterSignalContext();
+    Handler const handler = handlers[signalNumber];
+    (handler ? handler : CommonAPI::internal::ReportSignal)(info);
+    std::exit(EXIT_SUCCESS);
+}
+
+}  // namespace
+
+bool TrapExceptionSignal(int signalNumber, Handler handler) {
+    if (signalNumber < 1 || signalNumber >= static_cast<int>(std::size(handlers)))
+        return false;
+
+    CommonAPI::internal::PrepareSignalReport();
+    handlers[signalNumber] = handler ? handler : CommonAPI::internal::ReportSignal;
+
+    struct sigaction action = {};
+    sigemptyset(&action.sa_mask);
+    sigaddset(&action.sa_mask, SIGSEGV);
+    action.sa_flags = SA_SIGINFO;  // no stack of its own: the overflow of a stack goes unreported
+    action.sa_sigaction = Dispatch;
+    if (sigaction(signalNumber, &action, nullptr) == 0)
+        return true;
+    std::fprintf(stdout, "Couldn't trap Signal %d\n", signalNumber);  // not standard error
+    return false;
+}
