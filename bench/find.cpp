@@ -17,16 +17,15 @@ struct Texts {
     std::string pattern;
 };
 
-/// Bytes at random, the pattern at their end.
+/// Bytes at random, the pattern at their end and, but for patterns of one byte, nowhere before it.
 Texts Random(std::size_t patternSize) {
     std::mt19937 generator(1);
     std::string content;
     while (content.size() < contentSize)
-        content += static_cast<char>(generator() % 255 + 1);
-    std::string pattern = content.substr(contentSize - patternSize);
-    pattern.back() = '\0';  // so that no earlier match ends the search
-    content.back() = '\0';
-    return {content, pattern};
+        content += static_cast<char>(generator() % (patternSize == 1 ? 255 : 256));
+    if (patternSize == 1)
+        content.back() = '\xFF';
+    return {content, content.substr(contentSize - patternSize)};
 }
 
 /// All bytes equal but the last one of the content and of the pattern.

@@ -11,7 +11,6 @@
 #include <functional>
 #include <iostream>
 #include <map>
-#include <memory_resource>
 #include <string_view>
 
 #include "logging/logger_state.h"
@@ -33,7 +32,6 @@ constexpr char const* module = "LoggingAPI";
 
 bool initialised = false;
 FILE* logFile = nullptr;
-char logFileBuffer[BUFSIZ];
 int globalThreshold = off;
 bool inSignalContext = false;
 
@@ -117,9 +115,10 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         return false;
     }
 
-    // The stream's own buffer would have to be freed at exit, where a signal may have interrupted
-    // the allocator.
-    std::setvbuf(logFile, logFileBuffer, _IOFBF, sizeof logFileBuffer);
+    // Each line is written at once anyway, and a signal may arrive between any two instructions:
+    // what it finds is no half-filled buffer, nor does closing the file ask the allocator to take
+    // one back.
+    std::setvbuf(logFile, nullptr, _IONBF, 0);
 
     // The warnings come before the default takes effect, so the thresholds in force until then
     // decide whether standard error shows them.
@@ -161,16 +160,19 @@ void LogMessage(int level, char const* name, char const* text) {
         length += piece.size();
 
     char room[1024];  // lines of usual length ask the allocator for nothing
-    std::pmr::monotonic_buffer_resource memory(room, sizeof room);
-    std::pmr::string line(&memory);
-    line.reserve(length);
+    std::string longLine;
+    if (length > sizeof room)
+        longLine.resize(length);
+    char* const line = longLine.empty() ? room : longLine.data();
+    char* end = line;
     for (std::string_view const piece : pieces)
-        line += piece;
+        end = std::copy(piece.begin(), piece.end(), end);
 
+    std::string_view const whole(line, length);
     if (initialised)
-        WriteToLog(line);
+        WriteToLog(whole);
     else
-        std::cerr << line << std::endl;  // a second newline: an empty line follows each message
+        std::cerr << whole << std::endl;  // a second newline: an empty line follows each message
 }
 
 void LogStringMessage(int level, char const* name, std::string& text) {

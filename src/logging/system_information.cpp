@@ -2,6 +2,7 @@
 
 #include <CommonAPI/logging.h>
 #include <CommonAPI/text_utilities.h>
+#include <locale.h>
 #include <pwd.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <ctime>
 #include <new>
+#include <utility>
 
 #include "logging/logger_state.h"
 
@@ -53,6 +55,48 @@ struct EnvironmentCharacter {
     static void* operator new[](std::size_t size) { return ::operator new[](size + 1); }
 };
 
+/// A short text, or none, kept to be compared with.
+class KeptText {
+public:
+    /// Keeps `text`, which may be null. True if it equals what was kept before.
+    bool stays(char const* text) {
+        if (content == shortText && text && std::strcmp(kept, text) == 0)
+            return true;
+        if (content == none && !text)
+            return true;
+        content = !text ? none : std::strlen(text) < sizeof kept ? shortText : tooLong;
+        if (content == shortText)
+            std::strcpy(kept, text);
+        return false;
+    }
+
+private:
+    enum Content { none, shortText, tooLong };
+
+    Content content = none;
+    char kept[64];
+};
+
+/// All that the text of a time depends on. With TZ unset, the C library asks the file system for
+/// the zone at each conversion; one conversion a second is enough.
+class TimeSetting {
+public:
+    bool stays(std::time_t now, char const* format) {
+        // None of the three may be left out of the comparison, so that each keeps the latest.
+        bool const same = formats.stays(format) & zones.stays(std::getenv("TZ")) &
+                          locales.stays(setlocale(LC_TIME, nullptr));
+        // A thread's own locale has no name to compare.
+        bool const named = uselocale(locale_t()) == LC_GLOBAL_LOCALE;
+        return (std::exchange(second, named ? now : -1) == now) & same & named;
+    }
+
+private:
+    std::time_t second = -1;
+    KeptText formats;
+    KeptText zones;
+    KeptText locales;
+};
+
 }  // namespace
 
 void CaptureInitialLogInfo(char const* applicationName) {
@@ -78,10 +122,15 @@ void CaptureInitialLogInfo(char const* applicationName) {
 void GetCurrentTime(std::string& out, char const* format) {
     static std::time_t now;
     static char text[512];
+    static TimeSetting setting;
     now = std::time(nullptr);
-    std::tm const* const local = std::localtime(&now);
-    timeOfDayOffset = (local->tm_hour * 60 + local->tm_min) * 60 + local->tm_sec - now;
-    out.assign(text, std::strftime(text, sizeof text, format, local));
+    if (!setting.stays(now, format)) {
+        std::tm const* const local = std::localtime(&now);
+        timeOfDayOffset = (local->tm_hour * 60 + local->tm_min) * 60 + local->tm_sec - now;
+        if (std::strftime(text, sizeof text, format, local) == 0)
+            text[0] = '\0';
+    }
+    out = text;
 }
 
 void CommonAPI::internal::GetTimeOfDayInSignal(std::string& out) {

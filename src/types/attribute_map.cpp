@@ -1,6 +1,7 @@
 #include <CommonAPI/attribute_map.h>
 
 #include <CommonAPI/text_utilities.h>
+#include <strings.h>
 
 #include <cstdlib>
 #include <iostream>
@@ -48,7 +49,7 @@ bool AttributeMap::loadMapVariable(std::string const& key, UnicodeString& value,
 
 bool AttributeMap::loadMapVariable(std::string const& key, bool& value, bool defaultValue) {
     UnicodeString* const stored = findValue(key);
-    value = stored ? stored->compare(pTrueString, false) == 0 : defaultValue;
+    value = stored ? strcasecmp(stored->c_str(), pTrueString) == 0 : defaultValue;
     return stored;
 }
 

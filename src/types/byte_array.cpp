@@ -34,6 +34,32 @@ void AppendHexadecimal(std::vector<unsigned char>& bytes, char const* text, std:
     bytes.resize(count);
 }
 
+/// The first place of a pattern, or null. Its last byte is what the C library finds fastest; only
+/// where that turns up too often for its worth does the search by the whole pattern take over,
+/// which also keeps the time linear.
+unsigned char const* FindPattern(unsigned char const* begin, unsigned char const* end,
+                                 unsigned char const* pattern, std::size_t size) {
+    std::size_t const costOfMismatch = 16 * size;
+    std::size_t credit = 1 << 12;
+    unsigned char const* start = begin;
+    while (static_cast<std::size_t>(end - start) >= size) {
+        auto const last = static_cast<unsigned char const*>(std::memchr(
+            start + size - 1, pattern[size - 1], static_cast<std::size_t>(end - start) - size + 1));
+        if (!last)
+            return nullptr;
+        unsigned char const* const candidate = last - size + 1;
+        if (std::memcmp(candidate, pattern, size - 1) == 0)
+            return candidate;
+        credit += static_cast<std::size_t>(candidate - start) + 1;
+        start = candidate + 1;
+        if (credit < costOfMismatch)
+            return static_cast<unsigned char const*>(
+                memmem(start, static_cast<std::size_t>(end - start), pattern, size));
+        credit -= costOfMismatch;
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 ByteArray::ByteArray() = default;
@@ -172,10 +198,10 @@ long ByteArray::find(ByteArray const& pattern, long start) {
         return -1;
     if (pattern.empty())
         return start;
-    void const* const match =
-        memmem(bytes.data() + start, bytes.size() - static_cast<std::size_t>(start),
-               pattern.bytes.data(), pattern.bytes.size());
-    return match ? static_cast<unsigned char const*>(match) - bytes.data() : -1;
+    unsigned char const* const begin = bytes.data();
+    unsigned char const* const match = FindPattern(begin + start, begin + bytes.size(),
+                                                   pattern.bytes.data(), pattern.bytes.size());
+    return match ? match - begin : -1;
 }
 
 void ByteArray::getASCIIHex(std::string& out) {

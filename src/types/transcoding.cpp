@@ -76,9 +76,10 @@ public:
         return Convert(converter, input, inputLeft, &end, &bytesLeft);
     }
 
-    /// Like a C string, the text ends at its first zero.
-    void assignTo(std::basic_string<Unit>& text) const {
-        Unit const* const zero = std::char_traits<Unit>::find(begin, length(), Unit());
+    /// Like a C string, the text ends at its first zero, which it can only have from the input.
+    void assignTo(std::basic_string<Unit>& text, bool inputHoldsZero) const {
+        Unit const* const zero =
+            inputHoldsZero ? std::char_traits<Unit>::find(begin, length(), Unit()) : nullptr;
         text.assign(begin, zero ? static_cast<std::size_t>(zero - begin) : length());
     }
 
@@ -130,7 +131,7 @@ char const* UnicodeString::transcodeMessage(wchar_t const* text, unsigned int co
         std::size_t inputLeft = count;
         std::size_t const result = output.convert(wideToUtf8Transcoder, &input, &inputLeft);
         if (!transcodingError(static_cast<int>(result)))
-            output.assignTo(narrowString);
+            output.assignTo(narrowString, true);
     }
     return narrowString.c_str();
 }
@@ -150,7 +151,7 @@ wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int co
             failed = transcodingError(
                 static_cast<int>(output.convert(utf8ToWideTranscoder, &text, &inputLeft)));
         if (!failed)
-            output.assignTo(wideString);
+            output.assignTo(wideString, count > narrowString.size());
     }
     return wideString.c_str();
 }

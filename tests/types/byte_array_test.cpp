@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <random>
 
 namespace {
 
@@ -103,6 +104,21 @@ TEST(ByteArray, Finds) {
     for (auto const& row : rows)
         EXPECT_EQ(Array(row.content).find(Array(row.pattern), row.start), row.expected)
             << row.content << " / " << row.pattern << " from " << row.start;
+}
+
+TEST(ByteArray, FindsInTextsOfFewLettersWhatAStringFinds) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 300; ++round) {
+        std::string content(20000, 'a');
+        for (std::size_t i = random() % 4000 + 1; i < content.size(); i += random() % 4000 + 1)
+            content[i] = 'b';
+        std::string pattern = content.substr(random() % 19000, random() % 900 + 1);
+        pattern[random() % pattern.size()] ^= random() % 2 * 3;  // often found nowhere
+        long const start = static_cast<long>(random() % 5000);
+        long const expected =
+            static_cast<long>(content.find(pattern, static_cast<std::size_t>(start)));
+        ASSERT_EQ(Array(content).find(Array(pattern), start), expected) << round;
+    }
 }
 
 TEST(ByteArray, ReadsEveryPairAsTheCLibraryDoes) {
