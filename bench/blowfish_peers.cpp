@@ -62,27 +62,40 @@ EVP_CIPHER_CTX* Context(int encrypt) {
     return context;
 }
 
-/// Its fastest use: the context stays keyed, and as ECB has no state nothing is set up in between.
-SettingPeer MakeOpenSslSetting() {
-    auto const encrypt = [context = Context(1)](std::string const& in, std::string& out) {
-        std::string padded = in;
-        padded.resize((in.size() + blockSize - 1) / blockSize * blockSize);
-        auto* const bytes = reinterpret_cast<unsigned char*>(padded.data());
-        int size = static_cast<int>(padded.size());
-        Check(EVP_CipherUpdate(context, bytes, &size, bytes, size) == 1);
-        out.resize(2 * padded.size() + 1);
-        Check(OPENSSL_buf2hexstr_ex(out.data(), out.size(), nullptr, bytes, size, '\0') == 1);
+/// As its manual has it: each message from initialisation to finalisation, keeping the key. The
+/// other way skips both, which ECB without padding happens to allow.
+enum class Use { wholeMessages, updatesOnly };
+
+void Transform(EVP_CIPHER_CTX* context, Use use, std::string& text) {
+    auto* const bytes = reinterpret_cast<unsigned char*>(text.data());
+    int size = static_cast<int>(text.size());
+    int rest = 0;
+    if (use == Use::wholeMessages)
+        Check(EVP_CipherInit_ex(context, nullptr, nullptr, nullptr, nullptr, -1) == 1);
+    Check(EVP_CipherUpdate(context, bytes, &size, bytes, size) == 1);
+    if (use == Use::wholeMessages)
+        Check(EVP_CipherFinal_ex(context, bytes + size, &rest) == 1);
+}
+
+SettingPeer MakeOpenSslSetting(char const* name, Use use) {
+    auto const encrypt = [use, context = Context(1)](std::string const& in, std::string& out) {
+        std::string text = in;
+        text.resize((in.size() + blockSize - 1) / blockSize * blockSize);
+        Transform(context, use, text);
+        out.resize(2 * text.size() + 1);
+        Check(OPENSSL_buf2hexstr_ex(out.data(), out.size(), nullptr,
+                                    reinterpret_cast<unsigned char const*>(text.data()),
+                                    text.size(), '\0') == 1);
         out.pop_back();
     };
-    auto const decrypt = [context = Context(0)](std::string const& in, std::string& out) {
-        std::string buffer(in.size() / 2, '\0');
-        auto* const bytes = reinterpret_cast<unsigned char*>(buffer.data());
-        int size = static_cast<int>(buffer.size());
-        Check(OPENSSL_hexstr2buf_ex(bytes, buffer.size(), nullptr, in.c_str(), '\0') == 1);
-        Check(EVP_CipherUpdate(context, bytes, &size, bytes, size) == 1);
-        out = buffer.c_str();
+    auto const decrypt = [use, context = Context(0)](std::string const& in, std::string& out) {
+        std::string text(in.size() / 2, '\0');
+        Check(OPENSSL_hexstr2buf_ex(reinterpret_cast<unsigned char*>(text.data()), text.size(),
+                                    nullptr, in.c_str(), '\0') == 1);
+        Transform(context, use, text);
+        out = text.c_str();
     };
-    return {"openssl", encrypt, decrypt};
+    return {name, encrypt, decrypt};
 }
 #endif
 
@@ -178,7 +191,8 @@ std::vector<BlowfishPeer> BlowfishPeers() {
 std::vector<SettingPeer> SettingPeers() {
     return {
 #ifdef PEER_OPENSSL
-        MakeOpenSslSetting(),
+        MakeOpenSslSetting("openssl", Use::wholeMessages),
+        MakeOpenSslSetting("openssl updates", Use::updatesOnly),
 #endif
     };
 }

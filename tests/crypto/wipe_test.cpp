@@ -16,10 +16,11 @@ int freedWithPassword = 0;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined, or gcc takes the pair for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     return std::malloc(size);
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     if (memory != nullptr &&
         memmem(memory, malloc_usable_size(memory), password, std::size(password) - 1) != nullptr)
         ++freedWithPassword;
