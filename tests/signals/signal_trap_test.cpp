@@ -256,7 +256,7 @@ TEST(SignalTrap, ReportsWithinTheConversionOfATime) {
 TEST(SignalTrap, ReportsWhileTheSharedTextChanges) {
     LoggedChild const child = RunLogged([] {
         Trap(SIGUSR1);
-        static char* volatile storage;
+        [[maybe_unused]] static char* volatile storage;
         storage = LogMessageBuffer.data();  // or it would count as leaked
         // What a text looks like between its old storage and its new one.
         std::memset(static_cast<void*>(&LogMessageBuffer), 0x11, sizeof(char*));
