@@ -86,8 +86,9 @@ void FreeTwice() {
 void FaultInTheAllocator() {
     void* const first = std::malloc(700);
     void* const second = std::malloc(700);
-    std::free(first);
+    kept = first;  // or the compiler would leave it out
     kept = second;
+    std::free(first);
     std::free(second);
     void* const freed = kept;
     std::uintptr_t const link = (reinterpret_cast<std::uintptr_t>(freed) >> 12) ^ 0x10;

@@ -2,7 +2,7 @@
 
 #include <CommonAPI/logging.h>
 
-#include <regex>
+#include <sstream>
 
 #include "support/child_process.h"
 
@@ -14,9 +14,15 @@ struct LoggedChild : ChildResult {
 inline std::string LinesAfterHeader(std::string const& file) {
     std::string const dashes(32, '-');
     std::size_t const header = file.rfind(dashes + "\n");
-    std::string const lines =
-        header == std::string::npos ? file : file.substr(header + dashes.size() + 1);
-    return std::regex_replace(lines, std::regex("(^|\n)[0-9]{2}:[0-9]{2}:[0-9]{2} - "), "$1");
+    std::istringstream lines(header == std::string::npos ? file
+                                                         : file.substr(header + dashes.size() + 1));
+    std::string const separator = " - ";
+    std::size_t const timeSize = 8;
+    std::string result;
+    for (std::string line; std::getline(lines, line); result += line + "\n")
+        if (line.size() > timeSize && line.compare(timeSize, separator.size(), separator) == 0)
+            line.erase(0, timeSize + separator.size());
+    return result;
 }
 
 /// Runs `body` in a process of its own, which logs everything.
