@@ -21,8 +21,9 @@ void StoreWord(std::uint32_t word, unsigned char* bytes) {
 }
 
 template <BlowfishDirection direction, std::size_t... lane>
-void TransformLanes(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes, unsigned char* data,
-                    std::index_sequence<lane...>) {
+[[gnu::always_inline]] inline void TransformLanes(BlowfishSubkeys const& subkeys,
+                                                  BlowfishBoxes const& boxes, unsigned char* data,
+                                                  std::index_sequence<lane...>) {
     BlowfishBlocks<sizeof...(lane)> blocks = {{LoadWord(data + 8 * lane)...},
                                               {LoadWord(data + 8 * lane + 4)...}};
     BlowfishRounds<direction>(subkeys, boxes, blocks);
@@ -32,8 +33,9 @@ void TransformLanes(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes, 
 
 /// Groups of `lanes` blocks, and what is left over in the largest groups that fit.
 template <BlowfishDirection direction, std::size_t lanes>
-void TransformGroups(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
-                     unsigned char* data, std::size_t blocks) {
+[[gnu::always_inline]] inline void TransformGroups(BlowfishSubkeys const& subkeys,
+                                                   BlowfishBoxes const& boxes, unsigned char* data,
+                                                   std::size_t blocks) {
     for (; blocks >= lanes; blocks -= lanes, data += 8 * lanes)
         TransformLanes<direction>(subkeys, boxes, data, std::make_index_sequence<lanes>());
     if constexpr (lanes > 1)

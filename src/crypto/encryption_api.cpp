@@ -121,7 +121,7 @@ bool EncryptionAPI::encryptString(std::string const& in, std::string& out) const
         return true;
     ByteArray data;
     ByteArrayAccess::bytes(data).reserve(PaddedSize(in.size()));
-    data = in;
+    data.append(in.data(), static_cast<long>(in.size()));
     if (!PadAndEncrypt(cipher, data))
         return false;
     data.getASCIIHex(out);

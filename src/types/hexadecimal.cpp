@@ -3,7 +3,8 @@
 // Arithmetic without tables or branches, decoded in blocks of a fixed size, so that the compiler
 // turns it into vector instructions: those of every processor of its kind and, to choose from when
 // the library is loaded, wider ones.
-#if defined(__x86_64__)
+// Not under ThreadSanitizer, which is not ready yet when the choice is made.
+#if defined(__x86_64__) && !defined(__SANITIZE_THREAD__)
 #define COMMONAPI_WIDER_TOO [[gnu::target_clones("avx2", "default")]]
 #else
 #define COMMONAPI_WIDER_TOO
