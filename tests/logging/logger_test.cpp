@@ -55,25 +55,21 @@ TEST(Logger, WritesALinePerMessageWithThePrefixOfItsLevel) {
 }
 
 TEST(Logger, FiltersByTheThresholdOfTheModule) {
-    struct {
-        Settings settings;
-        int highestWritten;  // of the levels -3 to 7
-    } const rows[] = {
-        {{{"Global", "3"}}, 3},
-        {{{"Global", "1"}, {"Net", "4"}}, 4},
-        {{{"Global", "1"}, {"Other", "4"}}, 1},
-        {{{"Global", "4"}, {"Net", "5"}}, -4},
-        {{{"Global", "5"}}, -4},
-        {{{"Global", "5"}, {"Net", "2"}}, 2},
-        {{{"Global", "4"}, {"Net", "6"}}, 6},
-        {{{"Global", "4"}, {"Net", "none"}}, 0},
-        {{{"Global", "-2"}, {"Other", "2"}}, -2},
-        {{{"Other", "4"}}, 1},
-        {{}, 1},
-    };
-    for (auto const& row : rows) {
-        Logged const log = Log([&](std::string const& path) {
-            Open(path, row.settings);
+    // The highest level that is written of those from -3 to 7.
+    for (auto const& [settings, highest] :
+         std::vector<std::pair<Settings, int>>{{{{"Global", "3"}}, 3},
+                                               {{{"Global", "1"}, {"Net", "4"}}, 4},
+                                               {{{"Global", "1"}, {"Other", "4"}}, 1},
+                                               {{{"Global", "4"}, {"Net", "5"}}, -4},
+                                               {{{"Global", "5"}}, -4},
+                                               {{{"Global", "5"}, {"Net", "2"}}, 2},
+                                               {{{"Global", "4"}, {"Net", "6"}}, 6},
+                                               {{{"Global", "4"}, {"Net", "none"}}, 0},
+                                               {{{"Global", "-2"}, {"Other", "2"}}, -2},
+                                               {{{"Other", "4"}}, 1},
+                                               {{}, 1}}) {
+        Logged const log = Log([&settings = settings](std::string const& path) {
+            Open(path, settings);
             for (int level = -3; level <= 7; ++level) {
                 std::string text = std::to_string(level);
                 LogStringMessage(level, "Net", text);
@@ -82,8 +78,8 @@ TEST(Logger, FiltersByTheThresholdOfTheModule) {
         });
         for (int level = -3; level <= 7; ++level)
             EXPECT_EQ(log.file.find("Net:  " + std::to_string(level)) != std::string::npos,
-                      level <= row.highestWritten)
-                << testing::PrintToString(row.settings) << " level " << level;
+                      level <= highest)
+                << testing::PrintToString(settings) << " level " << level;
     }
 }
 
@@ -111,27 +107,23 @@ TEST(Logger, WarnsOfMissingSettingsByTheThresholdsUntilThen) {
 TEST(Logger, GoesToStandardErrorWhileNotInitialised) {
     Logged const log = Log([](std::string const& path) {
         LogMessage(1, "Net", "dropped");
-        Expect(!Open("/no/such/folder/log", {{"Global", "4"}}));
-        Expect(Open(path, {{"Global", "3"}}, true));
+        Expect(!Open("/no/such/folder/log", {}));
+        Expect(Open(path, {{"Global", "3"}, {"LoggingAPI", "4"}}, true));
         dprintf(STDERR_FILENO, "redirected\n");
-        Expect(Open("/no/such/folder/log", {{"Global", "1"}}));  // is open already
+        Expect(Open("/no/such/folder/log", {{"Global", "1"}}));  // it is open already
         TerminateLogger();
         TerminateLogger();
         LogMessage(3, "Net", "passes");
         LogMessage(4, "Net", "dropped");
-        Expect(!Open("/no/such/folder/log", {{"Global", "4"}}));
+        Expect(!Open("/no/such/folder/log", {}));
         Expect(LogMessageBuffer == "Terminating logging facility\n");
     });
     EXPECT_EQ(log.errors, "");
     EXPECT_THAT(log.file,
-                ContainsRegex("--\nredirected\nTerminating logging facility\n"
+                ContainsRegex("--\nredirected\n[0-9:]+ - LoggingAPI:  Logger already "
+                              "initialized\nTerminating logging facility\n"
                               "[0-9:]+ - WARNING/Net:  passes\n\n"
                               "[0-9:]+ - ERROR/LoggingAPI:  Logger couldn't open log file\n\n$"));
-    Logged const twice = Log([](std::string const& path) {
-        Open(path, {{"LoggingAPI", "4"}, {"Global", "1"}});
-        Open(path + "2", {});
-    });
-    EXPECT_THAT(twice.file, HasSubstr(" - LoggingAPI:  Logger already initialized\n"));
 }
 
 TEST(Logger, HeaderNamesApplicationProcessSystemAndSettings) {

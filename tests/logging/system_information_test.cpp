@@ -3,9 +3,9 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <clocale>
 #include <cstdlib>
 #include <ctime>
+#include <tuple>
 
 namespace {
 
@@ -28,37 +28,27 @@ TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     static char jd[] = "jd";
     static char jane[] = "Jane Doe,,,";
     static char empty[] = "";
+    static char* const none = nullptr;
     std::string const id = std::to_string(getuid());
-    struct {
-        char* login;
-        char* realName;
-        char const* variable;
-        bool useRealName;
-        bool allowNumericUid;
-        char const* expected;  // null: nothing found
-    } const rows[] = {
-        {jd, jane, "user", false, false, "jd"},
-        {jd, jane, "user", true, false, jane},
-        {jd, empty, "user", true, false, ""},
-        {jd, nullptr, "user", true, false, "jd"},
-        {nullptr, jane, "user", true, true, "user"},
-        {nullptr, jane, "", true, true, ""},
-        {nullptr, jane, nullptr, true, true, id.c_str()},
-        {nullptr, jane, nullptr, true, false, nullptr},
-    };
-    for (auto const& row : rows) {
+    // Login, real name, USER, use the real name, allow an id; what is found, if anything.
+    using Row = std::tuple<char*, char*, char const*, bool, bool, char const*>;
+    for (auto const& [loginName, realName, variable, useRealName, allowId, expected] :
+         {Row{jd, jane, "user", false, false, "jd"}, Row{jd, jane, "user", true, false, jane},
+          Row{jd, empty, "user", true, false, ""}, Row{jd, none, "user", true, false, "jd"},
+          Row{none, jane, "user", true, true, "user"}, Row{none, jane, "", true, true, ""},
+          Row{none, jane, none, true, true, id.c_str()},
+          Row{none, jane, none, true, false, none}}) {
         passwd data = {};
-        data.pw_gecos = row.realName;
-        login = row.login;
-        for (passwd* const found : {&data, static_cast<passwd*>(nullptr)}) {
-            entry = found;
-            row.variable ? setenv("USER", row.variable, 1) : unsetenv("USER");
-            std::string name = "unchanged";
-            bool const known = GetCurrentUserName(name, row.useRealName, row.allowNumericUid);
-            EXPECT_EQ(known, row.expected != nullptr);
-            bool const byLogin = row.login && !found;  // no entry, so no real name either
-            EXPECT_EQ(name, byLogin ? "jd" : row.expected ? row.expected : "unchanged");
-        }
+        data.pw_gecos = realName;
+        login = loginName;
+        entry = &data;
+        variable ? setenv("USER", variable, 1) : unsetenv("USER");
+        std::string name = "unchanged";
+        EXPECT_EQ(GetCurrentUserName(name, useRealName, allowId), expected != nullptr);
+        EXPECT_EQ(name, expected ? expected : "unchanged");
+        entry = nullptr;  // without an entry there is no real name
+        GetCurrentUserName(name, useRealName, allowId);
+        EXPECT_TRUE(!login || name == "jd");
     }
 }
 

@@ -1,6 +1,8 @@
 #include <CommonAPI/attribute_map.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/child_process.h"
 
 namespace {
@@ -8,22 +10,17 @@ namespace {
 using namespace std::string_literals;
 
 TEST(AttributeMap, ReadsTextsAsTheirTypesOrYieldsTheDefault) {
-    struct {
-        char const* text;  // null: the key is absent
-        bool truth;
-        int integer;
-        double real;
-    } const rows[] = {
-        {"True", true, 0, 0},   {"TRUE", true, 0, 0},       {"True ", false, 0, 0},
-        {"1", false, 1, 1},     {"", false, 0, 0},          {"42abc", false, 42, 42},
-        {" -7", false, -7, -7}, {"3.5e2", false, 3, 350.0}, {nullptr, true, 9, 9.5},
-    };
-    for (auto const& row : rows) {
+    // The text, null if the key is absent, and what it reads as.
+    using Row = std::tuple<char const*, bool, int, double>;
+    for (auto const& [stored, expectedTruth, expectedInteger, expectedReal] :
+         {Row{"True", true, 0, 0}, Row{"TRUE", true, 0, 0}, Row{"True ", false, 0, 0},
+          Row{"1", false, 1, 1}, Row{"", false, 0, 0}, Row{"42abc", false, 42, 42},
+          Row{" -7", false, -7, -7}, Row{"3.5e2", false, 3, 350.0}, Row{nullptr, true, 9, 9.5}}) {
         AttributeMap map;
-        bool const present = row.text;
+        bool const present = stored;
         if (present)
-            map["key"s] = row.text;
-        bool truth = !row.truth;
+            map["key"s] = stored;
+        bool truth = !expectedTruth;
         int integer = -1;
         double real = -1;
         char const* pointer = nullptr;
@@ -34,14 +31,15 @@ TEST(AttributeMap, ReadsTextsAsTheirTypesOrYieldsTheDefault) {
         EXPECT_EQ(map.loadMapVariable("key", real, 9.5), present);
         EXPECT_EQ(map.loadMapVariable("key", text, "default"), present);
         EXPECT_EQ(map.loadMapVariable("key", value, UnicodeString("default")), present);
-        EXPECT_TRUE(truth == row.truth && integer == row.integer && real == row.real) << text;
-        EXPECT_EQ(text, present ? row.text : "default");
+        EXPECT_TRUE(truth == expectedTruth && integer == expectedInteger && real == expectedReal)
+            << text;
+        EXPECT_EQ(text, present ? stored : "default");
         EXPECT_EQ(value.c_str(), text);
 
         EXPECT_EQ(map.loadMapVariable("key", text, nullptr), present);
         EXPECT_EQ(map.loadMapVariable("key", value), present);
         EXPECT_EQ(map.loadMapVariable("key", pointer, nullptr), present);
-        EXPECT_EQ(text, present ? row.text : "");
+        EXPECT_EQ(text, present ? stored : "");
         EXPECT_EQ(value.c_str(), text);
         EXPECT_EQ(map.size(), present);
         EXPECT_EQ(pointer, present ? map["key"s].c_str() : nullptr);  // the text inside the map
@@ -60,27 +58,23 @@ TEST(AttributeMap, PositionsCountInKeyOrder) {
     none.clear();
     none[0L] = "shared";  // what a position that is not valid yields, in every map
     map["b"s] = "changed";
-    struct {
-        AttributeMap& map;
-        long position;
-        char const* key;  // null: not valid
-        char const* value;
-    } const rows[] = {
-        {copy, 0, "a", "1"},           {copy, 1, "b", "2"},          {copy, -1, "a", "1"},
-        {copy, 2, nullptr, "shared"},  {copy, 5, nullptr, "shared"}, {map, 1, "b", "changed"},
-        {none, -1, nullptr, "shared"},
-    };
-    for (auto const& row : rows) {
+    // A key of null: the position is not valid.
+    using Row = std::tuple<AttributeMap*, long, char const*, char const*>;
+    for (auto const& [of, position, expectedKey, expected] :
+         {Row{&copy, 0, "a", "1"}, Row{&copy, 1, "b", "2"}, Row{&copy, -1, "a", "1"},
+          Row{&copy, 2, nullptr, "shared"}, Row{&copy, 5, nullptr, "shared"},
+          Row{&map, 1, "b", "changed"}, Row{&none, -1, nullptr, "shared"}}) {
+        bool const valid = expectedKey;
         std::string key = "old";
         std::string text = "old";
         UnicodeString value("old");
-        EXPECT_EQ(row.map.fetchAttributeValueByIndex(row.position, key, text), row.key != nullptr);
-        EXPECT_EQ(row.map.fetchAttributeValueByIndex(row.position, key, value), row.key != nullptr);
-        EXPECT_EQ(key, row.key ? row.key : "old") << row.position;
-        EXPECT_EQ(text, row.key ? row.value : "old") << row.position;
+        EXPECT_EQ(of->fetchAttributeValueByIndex(position, key, text), valid);
+        EXPECT_EQ(of->fetchAttributeValueByIndex(position, key, value), valid);
+        EXPECT_EQ(key, valid ? expectedKey : "old") << position;
+        EXPECT_EQ(text, valid ? expected : "old") << position;
         EXPECT_EQ(value.c_str(), text);
-        EXPECT_EQ(row.map(row.position), row.key ? row.key : "");
-        EXPECT_STREQ(row.map[row.position].c_str(), row.value);
+        EXPECT_EQ((*of)(position), valid ? expectedKey : "");
+        EXPECT_STREQ((*of)[position].c_str(), expected);
     }
     none[0L].clear();
 }

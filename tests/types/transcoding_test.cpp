@@ -59,22 +59,21 @@ TEST(Transcoding, OpensEachConverterOnceAndClosesAllAtExit) {
 }
 
 TEST(Transcoding, WithoutAConverterTheFormStaysEmpty) {
-    struct {
-        char const* refused;
-        char const* output;  // and once more when the converters are closed
-    } const rows[] = {{"WCHAR_T", ",;,;"}, {"UTF-8", "abc,;,;"}, {"", "abc,abc;,;"}};
-    for (auto const& row : rows) {
-        ChildResult const child = RunInChild([&] {
+    // What cannot be opened, the output, and once more when the converters are closed.
+    using Row = std::pair<char const*, char const*>;
+    for (auto const& [name, output] :
+         {Row{"WCHAR_T", ",;,;"}, Row{"UTF-8", "abc,;,;"}, Row{"", "abc,abc;,;"}}) {
+        ChildResult const child = RunInChild([name = name] {
             static auto const convert = [] {
                 UnicodeString narrow("abc");
                 UnicodeString wide(L"abc");
                 std::printf("%ls,%s;", narrow.wc_str(), wide.c_str());
             };
-            refused = row.refused;
+            refused = name;
             std::atexit(convert);
             convert();
         });
-        EXPECT_EQ(child.output, row.output);
+        EXPECT_EQ(child.output, output);
         EXPECT_EQ(child.status, 0);
     }
 }

@@ -4,12 +4,23 @@
 #include <clocale>
 #include <sstream>
 #include <stdexcept>
+#include <tuple>
 
 namespace {
 
 template <class Body>
 void Throws(Body const& body) {
     EXPECT_THROW(body(), std::out_of_range);
+}
+
+void Copy(UnicodeString& text) {
+    UnicodeString copy(text);
+    text.clear();
+    text = copy;
+}
+
+void Part(UnicodeString& text) {
+    EXPECT_EQ(text.substr(1, 9), "b");
 }
 
 TEST(UnicodeString, DerivesTheMissingForm) {
@@ -42,13 +53,7 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
         std::string expectedNarrow;
         wchar_t const* expectedWide;
     } const rows[] = {
-        {"copied", "ab", L"xy",
-         [](auto& t) {
-             UnicodeString c(t);
-             t.clear();
-             t = c;
-         },
-         "ab", L"xy"},
+        {"copied", "ab", L"xy", [](auto& t) { Copy(t); }, "ab", L"xy"},
         {"=, narrow", "ab", L"xy", [](auto& t) { t = "q"; }, "q", L"xy"},
         {"=, string", "ab", L"xy", [](auto& t) { t = std::string("q\0r", 3); }, "q", L"xy"},
         {"=, wide", "ab", L"xy", [](auto& t) { t = L"q"; }, "ab", L"q"},
@@ -62,16 +67,12 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
         {"+= float", "ab", nullptr, [](auto& t) { t += 1.5f; }, "ab1.500000", nullptr},
         {"+= wide", nullptr, L"abcd", [](auto& t) { t += L"efgh"; }, "abcdefgh", L"abcdefgh"},
         {"+= wide, both forms", "q", L"abcd", [](auto& t) { t += L"efgh"; }, "ab", L"abcdefgh"},
-        {"+= wide text", "q", L"abcd", [](auto& t) { t += UnicodeString(L"efgh"); }, "ab",
-         L"abcdefgh"},
+        {"+= wide text", "q", L"abc", [](auto& t) { t += UnicodeString(L"d"); }, "a", L"abcd"},
         {"+= text without", "q", L"abcd", [](auto& t) { t += UnicodeString("z"); }, "qz", L"qz"},
-        {"insert some", nullptr, L"abcdefgh", [](auto& t) { t.insert("XYZ", 1, 2); }, "aXYb",
-         L"abcdefgh"},
+        {"insert some", nullptr, L"abcd", [](auto& t) { t.insert("XYZ", 1, 2); }, "aXY", L"abcd"},
         {"insert all", "ab", L"xy", [](auto& t) { t.insert("XYZ", 2, -1); }, "abXYZ", L"xy"},
-        {"substr", nullptr, L"abcdefgh", [](auto& t) { EXPECT_EQ(t.substr(1, 9), "b"); }, "ab",
-         L"abcdefgh"},
-        {"erase, both forms", "q", L"abcdefghij", [](auto& t) { t.erase(1, 2); }, "ad",
-         L"adefghij"},
+        {"substr", nullptr, L"abcdefgh", [](auto& t) { Part(t); }, "ab", L"abcdefgh"},
+        {"erase", "q", L"abcdefghij", [](auto& t) { t.erase(1, 2); }, "ad", L"adefghij"},
         {"erase to the end", nullptr, L"abcd", [](auto& t) { t.erase(1, -1); }, "a", L"a"},
         {"erase, no wide form", "hello", nullptr, [](auto& t) { t.erase(0, 1); }, "", nullptr},
         {"throw", "ab", L"xy", [](auto& t) { Throws([&] { t.erase(3, 1); }); }, "ab", L"xy"},
@@ -91,20 +92,13 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
 }
 
 TEST(UnicodeString, Compares) {
-    struct {
-        char const* text;
-        long position;
-        long count;
-        bool caseSensitive;
-        int sign;
-    } const rows[] = {
-        {"ABC", 0, 0, false, 0}, {"ABC", 0, 0, true, 1}, {"abX", 0, 2, true, 0},
-        {"aBX", 0, 2, false, 0}, {"bc", 1, 0, true, 0},  {"bd", 1, 0, true, -1},
-    };
     UnicodeString text(L"abc");
-    for (auto const& row : rows) {
-        int const order = text.compare(row.text, row.position, row.count, row.caseSensitive);
-        EXPECT_EQ((order > 0) - (order < 0), row.sign) << row.text << " at " << row.position;
+    using Row = std::tuple<char const*, long, long, bool, int>;
+    for (auto const& [other, position, count, caseSensitive, sign] :
+         {Row{"ABC", 0, 0, false, 0}, Row{"ABC", 0, 0, true, 1}, Row{"abX", 0, 2, true, 0},
+          Row{"aBX", 0, 2, false, 0}, Row{"bc", 1, 0, true, 0}, Row{"bd", 1, 0, true, -1}}) {
+        int const order = text.compare(other, position, count, caseSensitive);
+        EXPECT_EQ((order > 0) - (order < 0), sign) << other << " at " << position;
     }
     EXPECT_EQ(text.compare("ABC", false), 0);
     EXPECT_GT(text.compare("ABC", true), 0);
@@ -128,18 +122,12 @@ TEST(UnicodeString, FindsInOneFormOnly) {
 }
 
 TEST(UnicodeString, FoldedComparisonStopsAtTheFirstTextsLength) {
-    struct {
-        wchar_t const* a;
-        wchar_t const* b;
-        int expected;
-    } const rows[] = {
-        {L"abc", L"ABC", 0},       {L"ab", L"ABC", 0}, {L"", L"x", 0},
-        {L"abc", L"ab", 1},        {L"b", L"A", 1},    {L"A", L"b", -1},
-        {L"\u00e9", L"\u00c9", 0},
-    };
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    for (auto const& row : rows)
-        EXPECT_EQ(CommonAPI::wcscasecmp(row.a, row.b), row.expected) << row.a << " / " << row.b;
+    using Row = std::tuple<wchar_t const*, wchar_t const*, int>;
+    for (auto const& [a, b, expected] :
+         {Row{L"abc", L"ABC", 0}, Row{L"ab", L"ABC", 0}, Row{L"", L"x", 0}, Row{L"abc", L"ab", 1},
+          Row{L"b", L"A", 1}, Row{L"A", L"b", -1}, Row{L"\u00e9", L"\u00c9", 0}})
+        EXPECT_EQ(CommonAPI::wcscasecmp(a, b), expected) << a << " / " << b;
 }
 
 }  // namespace
