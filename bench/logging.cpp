@@ -76,6 +76,7 @@ bool const registered = [] {
                         void (*body)(benchmark::State&, bool), bool zone) {
         benchmark::RegisterBenchmark((std::string(service) + "/" + name).c_str(), body, zone);
     };
+    add("line filtered by its module", "fwrite + fflush", Bare, true);
     for (bool const zone : {true, false}) {
         char const* const service = zone ? "log line, TZ set" : "log line, TZ unset";
         add(service, "ours", Ours, zone);

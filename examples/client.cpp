@@ -1,65 +1,39 @@
-// A client program as its author would write it: it reads its settings, opens the log with them,
-// and puts a text and a file through the library's value types.
+// A client program as its author would write it, from its settings to its exit.
 
 #include <CommonAPI/attribute_map.h>
 #include <CommonAPI/byte_array.h>
 #include <CommonAPI/encryption_api.h>
 #include <CommonAPI/logging.h>
+#include <CommonAPI/paper_size.h>
+#include <CommonAPI/shared_object_loader.h>
+#include <CommonAPI/signal_trap.h>
 #include <CommonAPI/system_information.h>
 #include <CommonAPI/unicode_string.h>
+#include <dlfcn.h>
 #include <CLI/CLI.hpp>
 
-#include <bit>
 #include <exception>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
+
+#include "files.h"
 
 namespace {
 
 constexpr char const* module = "Client";
 
+struct Arguments {
+    std::string settings;
+    std::string text;
+    std::string output = ".";
+    std::string plugin;
+    std::string media;
+    bool crash = false;
+};
+
 void Log(std::string text) {
     LogStringMessage(4, module, text);
-}
-
-std::string ReadFile(std::string const& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string content(std::istreambuf_iterator<char>(file), {});
-    if (!file.is_open() || file.bad())
-        throw std::runtime_error(path + ": cannot be read");
-    return content;
-}
-
-void WriteFile(std::string const& path, std::string const& content) {
-    std::ofstream file(path, std::ios::binary);
-    if (!file.write(content.data(), static_cast<std::streamsize>(content.size())).flush())
-        throw std::runtime_error(path + ": cannot be written");
-}
-
-std::string Trimmed(std::string const& text) {
-    auto const first = text.find_first_not_of(" \t\r");
-    auto const last = text.find_last_not_of(" \t\r");
-    return first == std::string::npos ? "" : text.substr(first, last - first + 1);
-}
-
-/// Reads lines of the form `key = value`; empty lines and those that begin with # are comments.
-AttributeMap ReadSettings(std::string const& path) {
-    AttributeMap settings;
-    std::istringstream lines(ReadFile(path));
-    std::string line;
-    for (int number = 1; std::getline(lines, line); ++number) {
-        line = Trimmed(line);
-        if (line.empty() || line[0] == '#')
-            continue;
-        auto const separator = line.find('=');
-        if (separator == std::string::npos)
-            throw std::runtime_error(path + ":" + std::to_string(number) + ": no '=' in this line");
-        settings[Trimmed(line.substr(0, separator))] = Trimmed(line.substr(separator + 1));
-    }
-    return settings;
 }
 
 /// The settings named "log." and a module, without that prefix: what the logger wants.
@@ -101,17 +75,6 @@ void Greet(AttributeMap& settings) {
     Log("Greeting: " + greeting);
 }
 
-/// A conversion would wait for the rest of such a text, so no client may begin it.
-bool EndsInsideCharacter(std::string const& text) {
-    std::size_t following = 0;
-    while (following < text.size() && (text[text.size() - 1 - following] & 0xC0) == 0x80)
-        ++following;
-    if (following == text.size())
-        return false;
-    auto const lead = static_cast<unsigned char>(text[text.size() - 1 - following]);
-    return lead >= 0xC0 && std::countl_one(lead) > static_cast<int>(following) + 1;
-}
-
 /// Converts a file of UTF-8 to wide characters and back into `copyPath`, unchanged.
 void ConvertText(std::string const& path, std::string const& copyPath) {
     std::string const content = ReadFile(path);
@@ -146,37 +109,81 @@ void ConvertBytes(std::string const& path, std::string const& hexPath) {
         std::to_string(hexadecimal.size()) + " hexadecimal digits and back");
 }
 
-void Run(std::string const& settingsPath, std::string const& textPath, std::string const& folder) {
-    AttributeMap settings = ReadSettings(settingsPath);
+/// Has a plug-in describe the text.
+void Describe(std::string const& pluginPath, std::string const& textPath) {
+    void* const plugin = OpenSharedLibrary(pluginPath.c_str(), RTLD_NOW);
+    if (!plugin)
+        throw std::runtime_error(pluginPath + ": cannot be loaded");
+    using EntryPoint = void (*)(UnicodeString&, std::string&);
+    auto const describe =
+        reinterpret_cast<EntryPoint>(FetchSharedLibraryResource(plugin, "DescribeText"));
+    if (!describe)
+        throw std::runtime_error(pluginPath + ": has no DescribeText");
+    UnicodeString text(ReadFile(textPath));
+    std::string description;
+    describe(text, description);
+    Log("The plug-in says: " + description);
+    CloseSharedLibrary(plugin);
+}
+
+/// Registers the paper sizes of a file and looks up the one that the setting "paper" names.
+void LookUpPaper(std::string const& mediaPath, AttributeMap& settings) {
+    auto const records = ReadPaperSizes(mediaPath);  // the registry only points to them
+    PaperSize sizes;
+    for (PaperSizeData const& data : records)
+        sizes.addPaperSizeToList(&data);
+    std::string paper;
+    settings.loadMapVariable("paper", paper, "A4");
+    int width;
+    int height;
+    if (!sizes.getPaperSizeInPts(paper, width, height))
+        throw std::runtime_error(mediaPath + ": has no paper \"" + paper + "\"");
+    Log(paper + " is " + std::to_string(width) + " by " + std::to_string(height) + " points");
+}
+
+void Run(Arguments const& arguments) {
+    AttributeMap settings = ReadSettings(arguments.settings);
     AttributeMap levels = LogLevels(settings);
     std::string application;
     settings.loadMapVariable("application", application, "client");
-    if (!InitializeLogger(folder + "/client.log", &levels, application.c_str(), false))
-        throw std::runtime_error(folder + "/client.log: cannot be opened");
+    std::string const log = arguments.output + "/client.log";
+    if (!InitializeLogger(log, &levels, application.c_str(), false))
+        throw std::runtime_error(log + ": cannot be opened");
+    for (int const signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
+        TrapExceptionSignal(signal, nullptr);
 
-    Log(settingsPath + ": " + std::to_string(settings.size()) + " settings");
+    Log(arguments.settings + ": " + std::to_string(settings.size()) + " settings");
     ReportSurroundings();
     Greet(settings);
-    ConvertText(textPath, folder + "/copy.txt");
+    ConvertText(arguments.text, arguments.output + "/copy.txt");
     bool hexadecimal;
     settings.loadMapVariable("hexadecimal", hexadecimal, true);
     if (hexadecimal)
-        ConvertBytes(textPath, folder + "/copy.hex");
+        ConvertBytes(arguments.text, arguments.output + "/copy.hex");
+    if (!arguments.plugin.empty())
+        Describe(arguments.plugin, arguments.text);
+    if (!arguments.media.empty())
+        LookUpPaper(arguments.media, settings);
+    if (arguments.crash) {
+        int volatile* volatile nowhere = nullptr;
+        *nowhere = 1;
+    }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    Arguments arguments;
     CLI::App app("Puts a text through the library and logs what it does.");
-    std::string settings;
-    std::string text;
-    std::string folder = ".";
-    app.add_option("settings", settings, "file of lines \"key = value\"")->required();
-    app.add_option("text", text, "file of UTF-8 text")->required();
-    app.add_option("--output", folder, "folder for client.log, copy.txt and copy.hex");
+    app.add_option("settings", arguments.settings, "file of lines \"key = value\"")->required();
+    app.add_option("text", arguments.text, "file of UTF-8 text")->required();
+    app.add_option("--output", arguments.output, "folder for client.log, copy.txt and copy.hex");
+    app.add_option("--plugin", arguments.plugin, "plug-in to describe the text");
+    app.add_option("--media", arguments.media, "file of paper sizes");
+    app.add_flag("--crash", arguments.crash, "crash at the end, to see the report in the log");
     CLI11_PARSE(app, argc, argv);
     try {
-        Run(settings, text, folder);
+        Run(arguments);
     } catch (std::exception const& failure) {
         LogMessage(1, module, failure.what());
         std::cerr << "client: " << failure.what() << '\n';

@@ -15,7 +15,7 @@ int main(int count, char** arguments) {
             LogMessage(1, "Sample", "ended on request");
     });
 
-    int* volatile nowhere = nullptr;
+    int volatile* volatile nowhere = nullptr;
     *nowhere = 1;
     return 1;  // not reached: the report ends the process with status 0
 }

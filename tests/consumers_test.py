@@ -1,68 +1,48 @@
-"""Uses the library as other projects do: consumers_test.py SOURCES BUILD COMPILER FLAGS
-
-The installed tree is moved, to a path with a blank in it, before anyone uses it.
-"""
+"""Uses the library as other projects do, the installed one after it was moved to a path with a blank:
+consumers_test.py SOURCES BUILD COMPILER FLAGS"""
 import os
 import pathlib
 import shlex
 import subprocess
 import sys
 import tempfile
-import unittest
 
-sources, build = (pathlib.Path(argument) for argument in sys.argv[1:3])
-compiler, flags = sys.argv[3], sys.argv[4].split()
-
-PROJECT = """
-cmake_minimum_required(VERSION 3.25)
-project(consumer LANGUAGES CXX)
-{how}
-add_executable(program "{program}")
-target_link_libraries(program PRIVATE CommonAPI::CommonAPI)
-"""
+sources, build = map(pathlib.Path, sys.argv[1:3])
+compiler, flags = sys.argv[3], sys.argv[4]
+program = sources / "examples/first_program.cpp"
 
 
 def run(*command, **options):
-    result = subprocess.run(command, capture_output=True, text=True, **options)
-    if result.returncode != 0:
-        raise AssertionError(f"{command}:\n{result.stdout}{result.stderr}")
-    return result.stdout
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, **options).stdout
 
 
-class Consumers(unittest.TestCase):
-    def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
-        self.program = sources / "examples/first_program.cpp"
-
-    def install(self):
-        run("cmake", "--install", build, "--prefix", self.folder / "first place")
-        return (self.folder / "first place").rename(self.folder / "second place")
-
-    def check(self, program, **options):
-        self.assertEqual(run(program, cwd=self.folder, **options), "9 characters: Grüße, 世界\n")
-
-    def build_with_cmake(self, how, *options):
-        (self.folder / "CMakeLists.txt").write_text(PROJECT.format(how=how, program=self.program))
-        run("cmake", "-S", self.folder, "-B", self.folder / "build", "-G", "Ninja",
-            f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_FLAGS={' '.join(flags)}", *options)
-        run("cmake", "--build", self.folder / "build")
-        self.check(self.folder / "build/program")
-
-    def test_find_package(self):
-        self.build_with_cmake("find_package(CommonAPI 0.1 REQUIRED)",
-                              f"-DCMAKE_PREFIX_PATH={self.install()}")
-
-    def test_add_subdirectory(self):
-        self.build_with_cmake(f"add_subdirectory({sources} CommonAPI)")
-
-    def test_pkg_config(self):
-        library = next(self.install().rglob("pkgconfig")).parent
-        paths = os.environ | {"PKG_CONFIG_PATH": str(library / "pkgconfig")}
-        options = shlex.split(run("pkg-config", "--cflags", "--libs", "CommonAPI", env=paths))
-        run(compiler, *flags, "-std=c++17", self.program, *options, "-o", self.folder / "program")
-        self.check(self.folder / "program", env=os.environ | {"LD_LIBRARY_PATH": str(library)})
+def check(executable, **options):
+    if run(executable, cwd=folder, **options) != "9 characters: Grüße, 世界\n":
+        sys.exit(f"{executable}: wrong output")
 
 
-unittest.main(argv=sys.argv[:1])
+def build_with_cmake(name, how, *options):
+    (folder / name).mkdir()
+    (folder / name / "CMakeLists.txt").write_text(
+        f'cmake_minimum_required(VERSION 3.25)\nproject(consumer LANGUAGES CXX)\n{how}\n'
+        f'add_executable(program "{program}")\n'
+        'target_link_libraries(program PRIVATE CommonAPI::CommonAPI)\n')
+    run("cmake", "-S", folder / name, "-B", folder / name, "-G", "Ninja",
+        f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_FLAGS={flags}", *options)
+    run("cmake", "--build", folder / name)
+    check(folder / name / "program")
+
+
+with tempfile.TemporaryDirectory() as holder:
+    folder = pathlib.Path(holder)
+    run("cmake", "--install", build, "--prefix", folder / "first place")
+    prefix = (folder / "first place").rename(folder / "second place")
+    build_with_cmake("package", "find_package(CommonAPI 0.1 REQUIRED)",
+                     f"-DCMAKE_PREFIX_PATH={prefix}")
+    build_with_cmake("subdirectory", f"add_subdirectory({sources} CommonAPI)")
+    library = next(prefix.rglob("pkgconfig")).parent
+    options = run("pkg-config", "--cflags", "--libs", "CommonAPI",
+                  env=os.environ | {"PKG_CONFIG_PATH": str(library / "pkgconfig")})
+    run(compiler, *flags.split(), "-std=c++17", program, *shlex.split(options), "-o",
+        folder / "program")
+    check(folder / "program", env=os.environ | {"LD_LIBRARY_PATH": str(library)})

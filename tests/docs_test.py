@@ -26,12 +26,16 @@ def run(name, *arguments):
 
 output, shown = run("plugins", plugin)
 check("plugins", output, shown == [output])
+for name in ("encryption", "values"):
+    output, shown = run(name)
+    check(name, output, shown == [output])
 output, shown = run("paper_sizes", source / "examples/media.tsv")
 check("paper_sizes", output, shown == [output])
 with tempfile.TemporaryDirectory() as folder:
     log = pathlib.Path(folder, "log")
-    _, shown = run("fatal_signals", log)
-    lines = re.sub(r"\d\d:\d\d:\d\d", "09:41:07", log.read_text())
-    check("fatal_signals", lines, len(shown) == 1 and lines.endswith(shown[0]))
+    for name in ("fatal_signals", "logging"):
+        _, shown = run(name, log)
+        lines = re.sub(r"\d\d:\d\d:\d\d", "09:41:07", log.read_text())
+        check(name, lines, len(shown) == 1 and lines.endswith(shown[0]))
 print(*failures, sep="\n")
 sys.exit(bool(failures))

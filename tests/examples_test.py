@@ -20,24 +20,25 @@ class Examples(unittest.TestCase):
         return subprocess.run([programs / name, *arguments], cwd=self.folder, capture_output=True,
                               text=True)
 
-    def file(self, content):
-        path = self.folder / "input"
-        path.write_bytes(content)
-        return path
-
     def test_client_round_trips_the_shipped_text(self):
-        self.assertEqual(self.run_program("client", settings, text).returncode, 0)
+        result = self.run_program("client", settings, text, "--media", sources / "examples/media.tsv",
+                                  "--plugin", programs / "plugin/text_statistics.so")
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
         content = text.read_bytes()
         self.assertEqual((self.folder / "copy.txt").read_bytes(), content)
         self.assertEqual((self.folder / "copy.hex").read_text(), content.hex().upper())
         log = (self.folder / "client.log").read_text()
-        self.assertIn("Client:  Greeting: Good morning, 世界\n", log)
+        words = len(content.split())
+        for line in ("Client:  Greeting: Good morning, 世界", "JIS B5 is 516 by 729 points",
+                     "text_statistics.so - Text Statistics 1.0",
+                     f"The plug-in says: {len(content.decode())} characters, {words} words"):
+            self.assertIn(line + "\n", log)
         self.assertIn(f"{len(content)} bytes hold {len(content.decode())} characters", log)
 
-    def test_client_takes_any_settings(self):
-        name = self.file(b"NAME=\"Some System\"\nlog.Global = 4\nhexadecimal = False\n")
-        self.assertEqual(self.run_program("client", name, text).returncode, 0)
-        self.assertFalse((self.folder / "copy.hex").exists())
+    def test_client_reports_its_crash(self):
+        self.assertEqual(self.run_program("client", settings, text, "--crash").returncode, 0)
+        self.assertIn("Signal Code:       Address not mapped to object\n",
+                      (self.folder / "client.log").read_text())
 
     def test_client_refuses_bad_input_in_one_line(self):
         for content, complaint in ((b"Gr\xc3", "the text ends inside a character"),
@@ -45,12 +46,13 @@ class Examples(unittest.TestCase):
                                    (b"\xf8\x88\x80", "the text ends inside a character"),
                                    (b"Gr\xfc\xdfe", "not UTF-8 text"),
                                    (b"a\0b", "not UTF-8 text")):
-            path = self.file(content)
+            path = self.folder / "input"
+            path.write_bytes(content)
             result = self.run_program("client", settings, path)
             self.assertEqual(result.returncode, 1)
             self.assertEqual(result.stderr, f"client: {path}: {complaint}\n")
             self.assertFalse((self.folder / "copy.txt").exists())
-        path = self.file(b"a = 1\nno separator\n")
+        path.write_bytes(b"a = 1\nno separator\n")
         self.assertEqual(self.run_program("client", path, text).stderr,
                          f"client: {path}:2: no '=' in this line\n")
         self.assertEqual(self.run_program("client", settings, "absent").stderr,

@@ -7,11 +7,12 @@ _commonapi() {
         --password-file) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
         --password-env) mapfile -t COMPREPLY < <(compgen -v -- "$word") ;;
         commonapi) mapfile -t COMPREPLY < <(
-            compgen -W "encrypt decrypt seal-key --help --version" -- "$word") ;;
+            compgen -W "encrypt decrypt seal-key plugin --help --version" -- "$word") ;;
         *)
             case ${COMP_WORDS[1]} in
                 encrypt | decrypt) mapfile -t COMPREPLY < <(
                     compgen -W "--password-file --password-env --sealed --help" -- "$word") ;;
+                plugin) mapfile -t COMPREPLY < <(compgen -f -- "$word"; compgen -W --help -- "$word") ;;
                 seal-key) mapfile -t COMPREPLY < <(
                     compgen -W "--password-file --password-env --open --help" -- "$word") ;;
             esac

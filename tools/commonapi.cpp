@@ -2,10 +2,13 @@
 
 #include <CommonAPI/byte_array.h>
 #include <CommonAPI/encryption_api.h>
+#include <CommonAPI/shared_object_loader.h>
+#include <dlfcn.h>
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 
@@ -67,6 +70,11 @@ private:
     EncryptionAPI api;
 };
 
+void FinishOutput() {
+    if (!std::cout.flush())
+        throw std::runtime_error("the output cannot be written");
+}
+
 /// Seals keys for mode 4, and opens them.
 Cipher Sealer() {
     return Cipher(CommonAPI::internal::BuiltInPassphrase().data());
@@ -118,8 +126,40 @@ void AddSealKey(CLI::App& app) {
     command.callback([=] {
         std::string const password = options->password.read("Password or sealed key: ");
         std::cout << (options->open ? Open(password) : Sealer().encrypt(password)) << '\n';
-        if (!std::cout.flush())
-            throw std::runtime_error("the output cannot be written");
+        FinishOutput();
+    });
+}
+
+std::string Published(void* plugin, char const* variable) {
+    void* const address = FetchSharedLibraryResource(plugin, variable);
+    char const* const text = address ? *static_cast<char const* const*>(address) : nullptr;
+    return text ? std::string(" ") + text : "";
+}
+
+/// False if the plug-in does not load.
+bool ShowPlugin(std::string const& file) {
+    // Never a search in the system's folders: a file is meant.
+    std::string const path = std::filesystem::absolute(file);
+    void* const plugin = OpenSharedLibrary(path.c_str(), RTLD_NOW);
+    if (!plugin) {
+        dlopen(path.c_str(), RTLD_NOW);  // the loader has read the first error already
+        std::cerr << "commonapi: " << dlerror() << '\n';
+        return false;
+    }
+    std::cout << file << ":" << Published(plugin, "_KeldaSODisplayName")
+              << Published(plugin, "_KeldaSOVersion") << '\n';
+    CloseSharedLibrary(plugin);
+    return true;
+}
+
+void AddPlugin(CLI::App& app, bool& refused) {
+    auto const files = std::make_shared<std::vector<std::string>>();
+    CLI::App& command = *app.add_subcommand("plugin", "Show who plug-ins are");
+    command.add_option("files", *files, "The plug-ins; their code runs as they load")->required();
+    command.callback([=, &refused] {
+        for (std::string const& file : *files)
+            refused = !ShowPlugin(file) || refused;
+        FinishOutput();
     });
 }
 
@@ -136,6 +176,7 @@ int main(int argc, char** argv) {
     AddConversion(app, "encrypt", "Encrypt values as clients read them", &Cipher::encrypt, refused);
     AddConversion(app, "decrypt", "Decrypt values that clients read", &Cipher::decrypt, refused);
     AddSealKey(app);
+    AddPlugin(app, refused);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

@@ -5,8 +5,8 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <tuple>
 
-// The login data of this test stand in front of the C library's.
 namespace {
 
 char* login = nullptr;
@@ -14,6 +14,7 @@ passwd* entry = nullptr;
 
 }  // namespace
 
+// Login data that stand in front of the C library's.
 extern "C" char* getlogin() {
     return login;
 }
@@ -24,74 +25,59 @@ extern "C" passwd* getpwnam(char const*) {
 namespace {
 
 TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
-    char loginName[] = "jd";
-    char realName[] = "Jane Doe,,,";
-    char noName[] = "";
+    static char jd[] = "jd";
+    static char jane[] = "Jane Doe,,,";
+    static char empty[] = "";
+    static char* const none = nullptr;
     std::string const id = std::to_string(getuid());
-    struct {
-        char* login;
-        bool hasEntry;
-        char* realName;
-        char const* variable;
-        bool useRealName;
-        bool allowNumericUid;
-        char const* expected;  // null: nothing found
-    } const rows[] = {
-        {loginName, true, realName, "user", false, false, "jd"},
-        {loginName, true, realName, "user", true, false, "Jane Doe,,,"},
-        {loginName, true, noName, "user", true, false, ""},
-        {loginName, true, nullptr, "user", true, false, "jd"},
-        {loginName, false, nullptr, "user", true, false, "jd"},
-        {nullptr, true, realName, "user", true, true, "user"},
-        {nullptr, true, realName, "", true, true, ""},
-        {nullptr, true, realName, nullptr, true, true, id.c_str()},
-        {nullptr, true, realName, nullptr, true, false, nullptr},
-    };
-    for (auto const& row : rows) {
+    // Login, real name, USER, use the real name, allow an id; what is found, if anything.
+    using Row = std::tuple<char*, char*, char const*, bool, bool, char const*>;
+    for (auto const& [loginName, realName, variable, useRealName, allowId, expected] :
+         {Row{jd, jane, "user", false, false, "jd"}, Row{jd, jane, "user", true, false, jane},
+          Row{jd, empty, "user", true, false, ""}, Row{jd, none, "user", true, false, "jd"},
+          Row{none, jane, "user", true, true, "user"}, Row{none, jane, "", true, true, ""},
+          Row{none, jane, none, true, true, id.c_str()},
+          Row{none, jane, none, true, false, none}}) {
         passwd data = {};
-        data.pw_gecos = row.realName;
-        login = row.login;
-        entry = row.hasEntry ? &data : nullptr;
-        row.variable ? setenv("USER", row.variable, 1) : unsetenv("USER");
+        data.pw_gecos = realName;
+        login = loginName;
+        entry = &data;
+        variable ? setenv("USER", variable, 1) : unsetenv("USER");
         std::string name = "unchanged";
-        bool const found = GetCurrentUserName(name, row.useRealName, row.allowNumericUid);
-        EXPECT_EQ(found, row.expected != nullptr);
-        EXPECT_EQ(name, row.expected ? row.expected : "unchanged");
+        EXPECT_EQ(GetCurrentUserName(name, useRealName, allowId), expected != nullptr);
+        EXPECT_EQ(name, expected ? expected : "unchanged");
+        entry = nullptr;  // without an entry there is no real name
+        GetCurrentUserName(name, useRealName, allowId);
+        EXPECT_TRUE(!login || name == "jd");
     }
 }
 
-TEST(SystemInformation, FormatsTheTime) {
-    std::string text = "old";
-    GetCurrentTime(text, "");
-    EXPECT_EQ(text, "");
-    GetCurrentTime(text, std::string(512, 'x').c_str());
-    EXPECT_EQ(text, "");
-    GetCurrentTime(text, std::string(511, 'x').c_str());
-    EXPECT_EQ(text, std::string(511, 'x'));
-
-    char const* const format = "%Y-%m-%d %H:%M:%S %z";
-    for (char const* const zone : {"UTC", "<+07>-7"}) {
-        setenv("TZ", zone, 1);
+TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
+    char const* const formats[] = {"%Y-%m-%d %H:%M:%S %z", "%H %z", "", "%511X", "%512X"};
+    char const* const zones[] = {"UTC", "<+07>-7", nullptr,
+                                 "<a-name-too-long-to-be-kept-x-x-x-x-x-x-x-x-x-x-x-x-x-x>3"};
+    for (int round = 0; round < 40; ++round) {
+        char const* const format = formats[round % 5];
+        char const* const zone = zones[round / 2 % 4];
+        zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+        std::string text = "old";
         std::time_t now;
         do {  // until the second is the same before and after
             now = std::time(nullptr);
             GetCurrentTime(text, format);
         } while (now != std::time(nullptr));
-        char expected[64];
-        std::strftime(expected, sizeof expected, format, std::localtime(&now));
-        EXPECT_EQ(text, expected);
+        char expected[512] = "";
+        expected[std::strftime(expected, sizeof expected, format, std::localtime(&now))] = '\0';
+        EXPECT_EQ(text, expected) << format;
     }
 }
 
-TEST(SystemInformation, NamesTheHost) {
+TEST(SystemInformation, NamesTheHostAndSetsVariables) {
     char expected[256] = {};
     gethostname(expected, sizeof expected);
-    std::string name = "old";
-    GetLocalHostname(name);
-    EXPECT_EQ(name, expected);
-}
-
-TEST(SystemInformation, SetsAVariable) {
+    std::string host = "old";
+    GetLocalHostname(host);
+    EXPECT_EQ(host, expected);
     char name[] = "COMMONAPI_TEST";
     char value[] = "a value";
     EXPECT_TRUE(SetEnvironmentVariable(name, value));

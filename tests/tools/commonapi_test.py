@@ -1,4 +1,4 @@
-"""Runs the command line as its users do: commonapi_test.py COMMAND SOURCES"""
+"""Runs the command line as its users do: commonapi_test.py COMMAND SOURCES PLUGIN"""
 import os
 import pathlib
 import pty
@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-command, sources = sys.argv[1], pathlib.Path(sys.argv[2])
+command, sources, plugin = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3]
 
 
 def run(*arguments, input=b"", password="secret", **options):
@@ -92,11 +92,17 @@ class Command(unittest.TestCase):
         self.assertEqual((result.returncode, result.stderr),
                          (1, b"commonapi: the output cannot be written\n"))
 
+    def test_plugins(self):
+        code, output, errors = run("plugin", plugin, "absent.so", cwd="/")
+        self.assertEqual((code, output.decode()), (1, f"{plugin}: Text Statistics 1.0\n"))
+        self.assertEqual(errors, "commonapi: /absent.so: cannot open shared object file: No such file"
+                                 " or directory\n")
+
     def test_manual_and_completion_know_every_option(self):
         texts = [(sources / "tools" / name).read_text().replace("\\-", "-")
                  for name in ("commonapi.1", "commonapi.bash")]
         names = set(re.findall(r"^  ([a-z-]+) ", run("--help")[1].decode(), re.MULTILINE))
-        self.assertGreaterEqual(names, {"encrypt", "decrypt", "seal-key"})
+        self.assertGreaterEqual(names, {"encrypt", "decrypt", "seal-key", "plugin"})
         options = {option for name in names
                    for option in re.findall(r"--[a-z-]+", run(name, "--help")[1].decode())}
         for word in names | options:

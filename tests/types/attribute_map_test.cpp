@@ -1,120 +1,89 @@
 #include <CommonAPI/attribute_map.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/child_process.h"
 
 namespace {
 
 using namespace std::string_literals;
 
-AttributeMap Map(std::string const& key, char const* value) {
-    AttributeMap map;
-    map[key] = value;
-    return map;
-}
-
 TEST(AttributeMap, ReadsTextsAsTheirTypesOrYieldsTheDefault) {
-    struct {
-        char const* text;  // null: the key is absent
-        bool truth;
-        int integer;
-        double real;
-    } const rows[] = {
-        {"True", true, 0, 0},       {"TRUE", true, 0, 0},     {"true", true, 0, 0},
-        {"True ", false, 0, 0},     {"1", false, 1, 1},       {"yes", false, 0, 0},
-        {"", false, 0, 0},          {"42abc", false, 42, 42}, {" -7", false, -7, -7},
-        {"3.5e2", false, 3, 350.0}, {nullptr, true, 9, 9.5},
-    };
-    for (auto const& row : rows) {
-        bool const present = row.text;
-        char const* const expected = present ? row.text : "default";
-        AttributeMap map = present ? Map("key", row.text) : AttributeMap();
-        bool truth = !row.truth;
+    // The text, null if the key is absent, and what it reads as.
+    using Row = std::tuple<char const*, bool, int, double>;
+    for (auto const& [stored, expectedTruth, expectedInteger, expectedReal] :
+         {Row{"True", true, 0, 0}, Row{"TRUE", true, 0, 0}, Row{"True ", false, 0, 0},
+          Row{"1", false, 1, 1}, Row{"", false, 0, 0}, Row{"42abc", false, 42, 42},
+          Row{" -7", false, -7, -7}, Row{"3.5e2", false, 3, 350.0}, Row{nullptr, true, 9, 9.5}}) {
+        AttributeMap map;
+        bool const present = stored;
+        if (present)
+            map["key"s] = stored;
+        bool truth = !expectedTruth;
         int integer = -1;
         double real = -1;
         char const* pointer = nullptr;
         std::string text = "old";
         UnicodeString value("old");
-        EXPECT_EQ(map.loadMapVariable("key", truth, true), present);
+        EXPECT_EQ(map.loadMapVariable("key\0more"s, truth, true), present);  // up to the zero
         EXPECT_EQ(map.loadMapVariable("key", integer, 9), present);
         EXPECT_EQ(map.loadMapVariable("key", real, 9.5), present);
-        EXPECT_EQ(map.loadMapVariable("key", pointer, "default"), present);
         EXPECT_EQ(map.loadMapVariable("key", text, "default"), present);
         EXPECT_EQ(map.loadMapVariable("key", value, UnicodeString("default")), present);
-        EXPECT_EQ(truth, row.truth) << expected;
-        EXPECT_EQ(integer, row.integer) << expected;
-        EXPECT_EQ(real, row.real) << expected;
-        EXPECT_STREQ(pointer, expected);
-        EXPECT_EQ(text, expected);
-        EXPECT_STREQ(value.c_str(), expected);
+        EXPECT_TRUE(truth == expectedTruth && integer == expectedInteger && real == expectedReal)
+            << text;
+        EXPECT_EQ(text, present ? stored : "default");
+        EXPECT_EQ(value.c_str(), text);
 
         EXPECT_EQ(map.loadMapVariable("key", text, nullptr), present);
         EXPECT_EQ(map.loadMapVariable("key", value), present);
         EXPECT_EQ(map.loadMapVariable("key", pointer, nullptr), present);
-        EXPECT_EQ(text, present ? row.text : "");
-        EXPECT_STREQ(value.c_str(), text.c_str());
-        EXPECT_EQ(pointer, present ? map["key"s].c_str() : nullptr);  // the text inside the map
+        EXPECT_EQ(text, present ? stored : "");
+        EXPECT_EQ(value.c_str(), text);
         EXPECT_EQ(map.size(), present);
+        EXPECT_EQ(pointer, present ? map["key"s].c_str() : nullptr);  // the text inside the map
     }
 }
 
-TEST(AttributeMap, OnlyReadersUseTheKeyUpToItsFirstNul) {
-    AttributeMap map = Map("key", "1");
-    map["key\0more"s] = "2";
-    int value = 0;
-    EXPECT_TRUE(map.loadMapVariable("key\0more"s, value, 0));
-    EXPECT_EQ(value, 1);
-    EXPECT_EQ(map.removeMapVariable("key\0more"s), 1u);
-    EXPECT_EQ(map.removeMapVariable("absent"), 0u);
-    EXPECT_EQ(map.size(), 1);
-}
-
 TEST(AttributeMap, PositionsCountInKeyOrder) {
-    AttributeMap map = Map("b", "2");
-    map["a"s] = "1";
     AttributeMap none;
-    struct {
-        AttributeMap& map;
-        long position;
-        char const* key;  // null: not valid
-        char const* value;
-    } const rows[] = {{map, 0, "a", "1"},          {map, 1, "b", "2"},
-                      {map, -1, "a", "1"},         {map, 2, nullptr, "shared"},
-                      {map, 5, nullptr, "shared"}, {none, -1, nullptr, "shared"}};
+    AttributeMap map;
+    map["b"s] = "2";
+    map["a"s] = "1";
+    map["a\0b"s] = "zero";
+    EXPECT_EQ(map.removeMapVariable("absent") + 2 * map.removeMapVariable("a\0b"s), 2u);
+    AttributeMap copy(map);
+    none = map;
+    none.clear();
     none[0L] = "shared";  // what a position that is not valid yields, in every map
-    for (auto const& row : rows) {
+    map["b"s] = "changed";
+    // A key of null: the position is not valid.
+    using Row = std::tuple<AttributeMap*, long, char const*, char const*>;
+    for (auto const& [of, position, expectedKey, expected] :
+         {Row{&copy, 0, "a", "1"}, Row{&copy, 1, "b", "2"}, Row{&copy, -1, "a", "1"},
+          Row{&copy, 2, nullptr, "shared"}, Row{&copy, 5, nullptr, "shared"},
+          Row{&map, 1, "b", "changed"}, Row{&none, -1, nullptr, "shared"}}) {
+        bool const valid = expectedKey;
         std::string key = "old";
         std::string text = "old";
         UnicodeString value("old");
-        EXPECT_EQ(row.map.fetchAttributeValueByIndex(row.position, key, text), row.key != nullptr);
-        EXPECT_EQ(row.map.fetchAttributeValueByIndex(row.position, key, value), row.key != nullptr);
-        EXPECT_EQ(key, row.key ? row.key : "old") << row.position;
-        EXPECT_EQ(text, row.key ? row.value : "old") << row.position;
-        EXPECT_STREQ(value.c_str(), text.c_str());
-        EXPECT_EQ(row.map(row.position), row.key ? row.key : "");
-        EXPECT_STREQ(row.map[row.position].c_str(), row.value);
+        EXPECT_EQ(of->fetchAttributeValueByIndex(position, key, text), valid);
+        EXPECT_EQ(of->fetchAttributeValueByIndex(position, key, value), valid);
+        EXPECT_EQ(key, valid ? expectedKey : "old") << position;
+        EXPECT_EQ(text, valid ? expected : "old") << position;
+        EXPECT_EQ(value.c_str(), text);
+        EXPECT_EQ((*of)(position), valid ? expectedKey : "");
+        EXPECT_STREQ((*of)[position].c_str(), expected);
     }
     none[0L].clear();
 }
 
-TEST(AttributeMap, CopiesAreDeep) {
-    AttributeMap map = Map("key", "value");
-    AttributeMap copy(map);
-    AttributeMap assigned = Map("gone", "");
-    assigned = map;
-    map["key"s] = "changed";
-    EXPECT_STREQ(copy["key"s].c_str(), "value");
-    EXPECT_STREQ(assigned[0L].c_str(), "value");
-    EXPECT_EQ(assigned.size(), 1);
-    map.clear();
-    EXPECT_TRUE(map.empty());
-}
-
 TEST(AttributeMap, DumpsALinePerEntryAndLeavesTheValuesAlone) {
-    AttributeMap map = Map("B", "");
-    map["A"s] = L"1";
-    ChildResult const child = RunInChild([&] {
-        AttributeMap().dumpStringMapContents();
+    ChildResult const child = RunInChild([] {
+        AttributeMap map;
+        map["B"s] = "";
+        map["A"s] = L"1";
         map.dumpStringMapContents();
         if (map["A"s].find('1', 0) != -1)  // no narrow form was derived
             std::exit(EXIT_FAILURE);

@@ -4,36 +4,47 @@
 #include <clocale>
 #include <sstream>
 #include <stdexcept>
+#include <tuple>
 
 namespace {
 
-constexpr char const* mixed = "a\u00e9\u20ac\U0001F600";
-constexpr wchar_t const* mixedWide = L"a\u00e9\u20ac\U0001F600";
+template <class Body>
+void Throws(Body const& body) {
+    EXPECT_THROW(body(), std::out_of_range);
+}
 
-TEST(UnicodeString, StartsEmptyWithLengthMinusOne) {
-    UnicodeString text;
-    EXPECT_TRUE(text.empty() && !text);
-    EXPECT_EQ(text.length(), -1);
-    EXPECT_STREQ(text.c_str(), "");
-    EXPECT_STREQ(text.wc_str(), L"");
+void Copy(UnicodeString& text) {
+    UnicodeString copy(text);
+    text.clear();
+    text = copy;
+}
+
+void Part(UnicodeString& text) {
+    EXPECT_EQ(text.substr(1, 9), "b");
 }
 
 TEST(UnicodeString, DerivesTheMissingForm) {
-    UnicodeString narrow(mixed);
+    UnicodeString narrow("a\u00e9\u20ac\U0001F600");
+    UnicodeString wide(L"a\u00e9\u20ac\U0001F600");
     EXPECT_EQ(narrow.length(), 10);
-    EXPECT_STREQ(narrow.wc_str(), mixedWide);
+    EXPECT_EQ(narrow.compare(L"", true), -1);  // no wide form is held yet
+    EXPECT_TRUE(narrow == wide);
     EXPECT_EQ(narrow.length(), 4);
-    UnicodeString wide(mixedWide);
-    EXPECT_EQ(wide.length(), 4);
-    EXPECT_STREQ(*wide, mixed);
-    EXPECT_EQ(wide[0], 'a');
+    EXPECT_EQ(wide[1], '\xc3');
+    EXPECT_TRUE(wide == *narrow);
+    EXPECT_FALSE(wide == "a");
     std::ostringstream stream;
     stream << wide;
-    EXPECT_EQ(stream.str(), mixed);
+    EXPECT_EQ(stream.str(), narrow.c_str());
+    UnicodeString none;
+    EXPECT_TRUE(none.empty() && !none);
+    EXPECT_EQ(none.length(), -1);
+    EXPECT_EQ(std::string(none.c_str()) + UnicodeString("ISO-8859-1", "\xe9").c_str(), "\xe9");
 }
 
 TEST(UnicodeString, ChangesTheFormsAsStated) {
-    static wchar_t const* const noText = nullptr;
+    static char const* const none = nullptr;
+    static wchar_t const* const noWide = nullptr;
     struct {
         char const* what;
         char const* narrow;   // null: not held
@@ -42,41 +53,31 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
         std::string expectedNarrow;
         wchar_t const* expectedWide;
     } const rows[] = {
+        {"copied", "ab", L"xy", [](auto& t) { Copy(t); }, "ab", L"xy"},
         {"=, narrow", "ab", L"xy", [](auto& t) { t = "q"; }, "q", L"xy"},
         {"=, string", "ab", L"xy", [](auto& t) { t = std::string("q\0r", 3); }, "q", L"xy"},
         {"=, wide", "ab", L"xy", [](auto& t) { t = L"q"; }, "ab", L"q"},
         {"=, 42", "ab", L"xy", [](auto& t) { t = 42L; }, std::string(509, ' ') + "42", L"xy"},
         {"=, -5", nullptr, L"xy", [](auto& t) { t = -5L; }, std::string(509, ' ') + "-5", L"xy"},
         {"clear", "ab", L"xy", [](auto& t) { t.clear(); }, "", nullptr},
-        {"+= null", "ab", L"xy", [](auto& t) { t += static_cast<char const*>(nullptr); }, "ab",
-         L"xy"},
-        {"+= wide null", "ab", L"xy", [](auto& t) { t += noText; }, "ab", L"xy"},
+        {"+= null", "ab", L"xy", [](auto& t) { (t += none) += noWide; }, "ab", L"xy"},
         {"+= narrow, no wide form", "ab", nullptr, [](auto& t) { t += "cd"; }, "abcd", nullptr},
-        {"+= narrow, both forms", "ab", L"xy", [](auto& t) { t += "\u20ac"; }, "ab\u20ac",
-         L"ab\u20ac"},
+        {"+= both", "ab", L"xy", [](auto& t) { t += "\u20ac"; }, "ab\u20ac", L"ab\u20ac"},
         {"+= string", "ab", nullptr, [](auto& t) { t += std::string("c\0d", 3); }, "abc", nullptr},
         {"+= float", "ab", nullptr, [](auto& t) { t += 1.5f; }, "ab1.500000", nullptr},
-        {"+= wide, no narrow form", nullptr, L"abcd", [](auto& t) { t += L"efgh"; }, "abcdefgh",
-         L"abcdefgh"},
+        {"+= wide", nullptr, L"abcd", [](auto& t) { t += L"efgh"; }, "abcdefgh", L"abcdefgh"},
         {"+= wide, both forms", "q", L"abcd", [](auto& t) { t += L"efgh"; }, "ab", L"abcdefgh"},
-        {"+= text with wide form", "q", L"abcd", [](auto& t) { t += UnicodeString(L"efgh"); }, "ab",
-         L"abcdefgh"},
+        {"+= wide text", "q", L"abc", [](auto& t) { t += UnicodeString(L"d"); }, "a", L"abcd"},
         {"+= text without", "q", L"abcd", [](auto& t) { t += UnicodeString("z"); }, "qz", L"qz"},
-        {"insert some", nullptr, L"abcdefgh", [](auto& t) { t.insert("XYZ", 1, 2); }, "aXYb",
-         L"abcdefgh"},
+        {"insert some", nullptr, L"abcd", [](auto& t) { t.insert("XYZ", 1, 2); }, "aXY", L"abcd"},
         {"insert all", "ab", L"xy", [](auto& t) { t.insert("XYZ", 2, -1); }, "abXYZ", L"xy"},
-        {"substr", nullptr, L"abcdefgh", [](auto& t) { EXPECT_EQ(t.substr(1, 9), "b"); }, "ab",
-         L"abcdefgh"},
-        {"erase, both forms", "q", L"abcdefghij", [](auto& t) { t.erase(1, 2); }, "ad",
-         L"adefghij"},
+        {"substr", nullptr, L"abcdefgh", [](auto& t) { Part(t); }, "ab", L"abcdefgh"},
+        {"erase", "q", L"abcdefghij", [](auto& t) { t.erase(1, 2); }, "ad", L"adefghij"},
         {"erase to the end", nullptr, L"abcd", [](auto& t) { t.erase(1, -1); }, "a", L"a"},
         {"erase, no wide form", "hello", nullptr, [](auto& t) { t.erase(0, 1); }, "", nullptr},
-        {"erase past the end", "ab", L"xy",
-         [](auto& t) { EXPECT_THROW(t.erase(3, 1), std::out_of_range); }, "ab", L"xy"},
-        {"insert past the end", "ab", L"xy",
-         [](auto& t) { EXPECT_THROW(t.insert("q", 3, -1), std::out_of_range); }, "ab", L"xy"},
-        {"substr past the end", "ab", L"xy",
-         [](auto& t) { EXPECT_THROW(t.substr(3, 1), std::out_of_range); }, "ab", L"xy"},
+        {"throw", "ab", L"xy", [](auto& t) { Throws([&] { t.erase(3, 1); }); }, "ab", L"xy"},
+        {"throw", "ab", L"xy", [](auto& t) { Throws([&] { t.insert("q", 3, -1); }); }, "ab", L"xy"},
+        {"throw", "ab", L"xy", [](auto& t) { Throws([&] { t.substr(3, 1); }); }, "ab", L"xy"},
     };
     for (auto const& row : rows) {
         UnicodeString text;
@@ -90,45 +91,20 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
     }
 }
 
-TEST(UnicodeString, CopiesBothForms) {
-    UnicodeString text("narrow");
-    text = L"wide";
-    UnicodeString assigned;
-    assigned = text;
-    UnicodeString constructed(text);
-    for (UnicodeString* copy : {&assigned, &constructed}) {
-        EXPECT_STREQ(copy->c_str(), "narrow");
-        EXPECT_STREQ(copy->wc_str(), L"wide");
-    }
-    EXPECT_STREQ(UnicodeString("ISO-8859-1", "\xe9").c_str(), "\xe9");  // stored, not converted
-}
-
 TEST(UnicodeString, Compares) {
-    struct {
-        char const* text;
-        long position;
-        long count;
-        bool caseSensitive;
-        int sign;
-    } const rows[] = {
-        {"ABC", 0, 0, false, 0}, {"ABC", 0, 0, true, 1}, {"abX", 0, 2, true, 0},
-        {"aBX", 0, 2, false, 0}, {"bc", 1, 0, true, 0},  {"bd", 1, 0, true, -1},
-    };
     UnicodeString text(L"abc");
-    auto const sign = [](int order) { return (order > 0) - (order < 0); };
-    for (auto const& row : rows)
-        EXPECT_EQ(sign(text.compare(row.text, row.position, row.count, row.caseSensitive)),
-                  row.sign)
-            << row.text << " at " << row.position << " for " << row.count;
+    using Row = std::tuple<char const*, long, long, bool, int>;
+    for (auto const& [other, position, count, caseSensitive, sign] :
+         {Row{"ABC", 0, 0, false, 0}, Row{"ABC", 0, 0, true, 1}, Row{"abX", 0, 2, true, 0},
+          Row{"aBX", 0, 2, false, 0}, Row{"bc", 1, 0, true, 0}, Row{"bd", 1, 0, true, -1}}) {
+        int const order = text.compare(other, position, count, caseSensitive);
+        EXPECT_EQ((order > 0) - (order < 0), sign) << other << " at " << position;
+    }
     EXPECT_EQ(text.compare("ABC", false), 0);
     EXPECT_GT(text.compare("ABC", true), 0);
     EXPECT_EQ(text.compare(L"ABCDEF", false), 0);
+    EXPECT_NE(text.compare(L"ABC", true), 0);
     EXPECT_EQ(text.compare(static_cast<wchar_t const*>(nullptr), false), 1);
-    EXPECT_TRUE(text == "abc");
-    EXPECT_FALSE(text == "ab");
-    UnicodeString narrow("abc");
-    EXPECT_EQ(narrow.compare(L"", true), -1);  // no wide form is held
-    EXPECT_TRUE(narrow == text);
 }
 
 TEST(UnicodeString, FindsInOneFormOnly) {
@@ -146,18 +122,12 @@ TEST(UnicodeString, FindsInOneFormOnly) {
 }
 
 TEST(UnicodeString, FoldedComparisonStopsAtTheFirstTextsLength) {
-    struct {
-        wchar_t const* a;
-        wchar_t const* b;
-        int expected;
-    } const rows[] = {
-        {L"abc", L"ABC", 0},       {L"ab", L"ABC", 0}, {L"", L"x", 0},
-        {L"abc", L"ab", 1},        {L"b", L"A", 1},    {L"A", L"b", -1},
-        {L"\u00e9", L"\u00c9", 0},
-    };
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    for (auto const& row : rows)
-        EXPECT_EQ(CommonAPI::wcscasecmp(row.a, row.b), row.expected) << row.a << " / " << row.b;
+    using Row = std::tuple<wchar_t const*, wchar_t const*, int>;
+    for (auto const& [a, b, expected] :
+         {Row{L"abc", L"ABC", 0}, Row{L"ab", L"ABC", 0}, Row{L"", L"x", 0}, Row{L"abc", L"ab", 1},
+          Row{L"b", L"A", 1}, Row{L"A", L"b", -1}, Row{L"\u00e9", L"\u00c9", 0}})
+        EXPECT_EQ(CommonAPI::wcscasecmp(a, b), expected) << a << " / " << b;
 }
 
 }  // namespace

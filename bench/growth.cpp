@@ -1,0 +1,109 @@
+// How time and memory grow with size: lines of "series, size, nanoseconds per unit, bytes of memory
+// at the peak per byte of content", with tabs between them.
+#include <CommonAPI/attribute_map.h>
+#include <CommonAPI/blowfish.h>
+#include <CommonAPI/byte_array.h>
+#include <CommonAPI/logging.h>
+#include <CommonAPI/unicode_string.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+
+namespace {
+
+/// Peak of the resident memory since it was last asked, in bytes.
+double TakePeakMemory() {
+    double peak = 0;
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmHWM:", 0) == 0)
+            peak = std::stod(line.substr(6)) * 1024;
+    std::ofstream("/proc/self/clear_refs") << 5;
+    return peak;
+}
+
+/// Runs `body`, which does `units` of work on something of that size: once for its memory, then on
+/// memory that is there already, until the time means something.
+void Measure(char const* series, double size, double units, std::function<void()> const& body) {
+    using Clock = std::chrono::steady_clock;
+    double const before = TakePeakMemory();
+    body();
+    double const grown = TakePeakMemory() - before;
+    double runs = 0;
+    std::chrono::duration<double, std::nano> time{};
+    for (auto const start = Clock::now(); time < std::chrono::milliseconds(20); ++runs) {
+        body();
+        time = Clock::now() - start;
+    }
+    std::printf("%s\t%.0f\t%.4g\t%.3g\n", series, size, time.count() / runs / units,
+                grown > 0 ? grown / size : 0);
+    std::fflush(stdout);
+}
+
+void MeasureLog(double lines) {
+    std::string const path =
+        std::filesystem::temp_directory_path() / ("growth" + std::to_string(getpid()));
+    AttributeMap settings;
+    settings["Global"] = "4";
+    InitializeLogger(path, &settings, "growth", false);
+    Measure("log line", lines, lines, [&] {
+        for (double i = 0; i < lines; ++i)
+            LogMessage(4, "Client", "a line");
+    });
+    TerminateLogger();
+    std::filesystem::remove(path);
+}
+
+void MeasureMap(long entries) {
+    AttributeMap map;
+    for (long i = 0; i < entries; ++i)
+        map[std::to_string(i)] = "1";
+    std::string const key = std::to_string(entries / 2);
+    int value;
+    double const size = static_cast<double>(entries);
+    Measure("map by key", size, 1, [&] { map.loadMapVariable(key, value, 0); });
+    Measure("map by position", size, 1, [&] { map(entries - 1); });
+}
+
+void MeasureBuffers(long size) {
+    double const bytes = static_cast<double>(size);
+    ByteArray content;
+    content.resize(size, 'x');
+    {
+        std::string digits;
+        Measure("bytes to hexadecimal", bytes, bytes, [&] { content.getASCIIHex(digits); });
+        ByteArray back;
+        Measure("hexadecimal to bytes", bytes, bytes, [&] { back.loadASCIIHex(digits); });
+    }
+    ByteArray const absent("absent");
+    Measure("find", bytes, bytes, [&] { content.find(absent, 0); });
+    Blowfish cipher;
+    Measure("encrypt", bytes, bytes, [&] { cipher.encryptData(content); });
+}
+
+void MeasureText(long size) {
+    double const bytes = static_cast<double>(size);
+    UnicodeString text(std::string(static_cast<std::size_t>(size), 'x'));
+    Measure("UTF-8 to wide", bytes, bytes, [&] {
+        text = L"";
+        text.wc_str();
+    });
+}
+
+}  // namespace
+
+int main() {
+    for (double lines = 1; lines <= 1e7; lines *= 10)
+        MeasureLog(lines);
+    for (long entries = 10; entries <= 100000; entries *= 10)
+        MeasureMap(entries);
+    for (long size = 1 << 10; size <= 1 << 30; size *= 4)
+        MeasureBuffers(size);
+    for (long size = 1 << 10; size <= 1 << 28; size *= 4)
+        MeasureText(size);
+}
