@@ -1,269 +1,118 @@
 #include <CommonAPI/signal_trap.h>
-#include <gmock/gmock.h>
+#include <CommonAPI/system_information.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 
 #include <cstring>
 #include <ctime>
+#include <iostream>
+#include <sstream>
+#include <thread>
 
-#include "signals/signal_report.h"
 #include "support/logged_child.h"
 
-// The allocator and the conversion of times of this test stand in front of the C library's, to be
-// interrupted and to notice whoever calls them.
-namespace {
+#define UNSANITIZED __attribute__((no_sanitize("undefined")))
 
-bool volatile forbidden = false;
-void (*volatile interruption)() = nullptr;
-
-void MustBeAllowed() {
-    if (forbidden)
-        std::_Exit(EXIT_FAILURE);
-}
-
-}  // namespace
+// The allocator and the conversion of times of this test stand in front of the C library's. When
+// they are forbidden, a signal interrupts the first conversion, and nothing more may call them.
+int forbidden = 0;
 
 #ifndef __SANITIZE_ADDRESS__
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* malloc(std::size_t size) {
-    MustBeAllowed();
-    return __libc_malloc(size);
+    return forbidden ? std::_Exit(EXIT_FAILURE), nullptr : __libc_malloc(size);
 }
 #endif
 
 extern "C" std::tm* localtime(std::time_t const* time) {
-    MustBeAllowed();
-    static std::tm result;
-    if (interruption)
-        interruption();
-    return localtime_r(time, &result);
+    if (forbidden)
+        raise(forbidden++ == 1 ? SIGUSR1 : SIGKILL);
+    return std::gmtime(time);
 }
 
 namespace {
 
-using testing::HasSubstr;
-
-std::string const banner =
-    "FATAL/ExceptionSignalHandler:  \n\n*******************************\n"
-    "  UNEXPECTED APPLICATION EXIT  \n*******************************\n";
-std::string const closing = "\nTerminating logging facility\n";
-
-std::string Report(std::string const& name, std::string const& code) {
-    return banner + "Exception Signal:  " + name + "\nSignal Code:       " + code + closing;
+void ExpectReport(int number, std::string const& name, std::string const& code,
+                  std::function<void()> const& body) {
+    LoggedChild const child = RunLogged([&] { TrapExceptionSignal(number, nullptr), body(); });
+    std::string const signal = name + " (" + std::to_string(number) + ")";
+    EXPECT_EQ(child.status, 0) << signal;
+    EXPECT_EQ(child.log,
+              "FATAL/ExceptionSignalHandler:  \n\n*******************************\n"
+              "  UNEXPECTED APPLICATION EXIT  \n*******************************\n"
+              "Exception Signal:  SIG" +
+                  signal + "\nSignal Code:       " + code + "\nTerminating logging facility\n");
 }
 
-void Trap(int number, void (*handler)(siginfo*) = nullptr) {
-    if (!TrapExceptionSignal(number, handler))
-        std::_Exit(EXIT_FAILURE);
+TEST(SignalTrap, ReportsFaults) {
+    static int volatile zero = 0, * volatile nowhere = nullptr;
+    ExpectReport(11, "SEGV", "Address not mapped to object\n", []() UNSANITIZED { *nowhere = 7; });
+    ExpectReport(8, "FPE", "Integer divide by zero\n", []() UNSANITIZED { zero = 7 / zero; });
+    ExpectReport(6, "ABRT", "Unknown Code:  -6\n", std::abort);
+    EXPECT_EQ(RunInChild([] { TrapExceptionSignal(6, nullptr), std::abort(); }).status, 0);
 }
 
-/// Has this process receive a signal with that code.
-void Queue(int number, int code) {
-    siginfo_t info = {};
-    info.si_signo = number;
-    info.si_code = code;
-    syscall(SYS_rt_sigqueueinfo, getpid(), number, &info);
-}
-
-LoggedChild RunQueued(int number, int code) {
-    return RunLogged([=] {
-        Trap(number);
-        Queue(number, code);
-        std::_Exit(EXIT_FAILURE);
-    });
-}
-
-int volatile zero = 0;
-char* volatile nowhere = nullptr;
-
-// The faults themselves, not what a sanitizer says of them.
-__attribute__((no_sanitize("undefined"))) void WriteToNull() {
-    *nowhere = 'x';
-}
-
-__attribute__((no_sanitize("undefined"))) void DivideByZero() {
-    zero = 7 / zero;
-}
-
-TEST(SignalTrap, ReportsRealFaults) {
-    struct {
+TEST(SignalTrap, TellsEverySignalAndTheMeaningOfItsCodes) {
+    // Signals, by the literal number and by this host's, and the meanings of their codes from 1 on.
+    std::string const rows[] = {
+        "4 ILL\nIllegal opcode\nIllegal operand\nIllegal addressing mode\nIllegal trap\n"
+        "Privileged opcode\nPrivileged register\nCoprocessor error\nInternal stack error\n",
+        "5 TRAP\nProcess breakpoint\nProcess trace trap\n",
+        "8 FPE\nInteger divide by zero\nInteger overflow\nFloating point divide by zero\n"
+        "Floating point overflow\nFloating point underflow\nFloating point inexact result\n"
+        "Floating point invalid operation\nSubscript out of range\n",
+        "11 SEGV\nAddress not mapped to object\nInvalid permissions for mapped object\n",
+        "10 USR1 7 BUS\nInvalid address alignment\nNon-existant physical address\n"
+        "Object specific hardware error\n",
+        "18 CONT 17 CHLD\nChild has exited\nChild was killed\nChild terminated abnormally\n"
+        "Traced child has trapped\nChild has stopped\nStopped child has continued\n",
+        "22 TTOU 29 IO\nData input available\nOutput buffers available\nInput message available\n"
+        "I/O error\nHigh priority input available\nDevice disconnected\n",
+        "1 HUP 2 INT 3 QUIT 6 ABRT 12 USR2 13 PIPE 14 ALRM 15 TERM 16 STKFLT 20 TSTP 21 TTIN "
+        "23 URG 24 XCPU 25 XFSZ 26 VTALRM 27 PROF 28 WINCH 30 PWR 31 SYS 34 RTMIN+0 63 RTMIN+29\n"
+        "Unknown Code:  1"};
+    for (std::string const& row : rows) {
         int number;
-        void (*fault)();
-        char const* name;
-        char const* code;
-    } const rows[] = {
-        {SIGSEGV, WriteToNull, "SIGSEGV (11)", "Address not mapped to object\n"},
-        {SIGFPE, DivideByZero, "SIGFPE (8)", "Integer divide by zero\n"},
-        {SIGILL, [] { __builtin_trap(); }, "SIGILL (4)", "Illegal operand\n"},
-        {SIGABRT, std::abort, "SIGABRT (6)", "Unknown Code:  -6\n"},
-        {SIGTERM, [] { kill(getpid(), SIGTERM); }, "SIGTERM (15)", "Unknown Code:  0\n"},
-    };
-    for (auto const& row : rows) {
-        LoggedChild const child = RunLogged([&] {
-            Trap(row.number);
-            row.fault();
-            std::_Exit(EXIT_FAILURE);
-        });
-        EXPECT_EQ(child.status, 0) << row.name;
-        EXPECT_EQ(child.log, Report(row.name, row.code));
-    }
-}
-
-TEST(SignalTrap, TellsTheMeaningOfEveryCode) {
-    using Texts = std::vector<char const*>;
-    Texts const busError = {"Invalid address alignment", "Non-existant physical address",
-                            "Object specific hardware error"};
-    Texts const childStatus = {
-        "Child has exited",         "Child was killed",  "Child terminated abnormally",
-        "Traced child has trapped", "Child has stopped", "Stopped child has continued"};
-    Texts const pollableEvent = {"Data input available",          "Output buffers available",
-                                 "Input message available",       "I/O error",
-                                 "High priority input available", "Device disconnected"};
-    struct {
-        int number;
-        char const* name;
-        Texts codes;
-    } const rows[] = {
-        {4,
-         "SIGILL",
-         {"Illegal opcode", "Illegal operand", "Illegal addressing mode", "Illegal trap",
-          "Privileged opcode", "Privileged register", "Coprocessor error", "Internal stack error"}},
-        {5, "SIGTRAP", {"Process breakpoint", "Process trace trap"}},
-        {8,
-         "SIGFPE",
-         {"Integer divide by zero", "Integer overflow", "Floating point divide by zero",
-          "Floating point overflow", "Floating point underflow", "Floating point inexact result",
-          "Floating point invalid operation", "Subscript out of range"}},
-        {11, "SIGSEGV", {"Address not mapped to object", "Invalid permissions for mapped object"}},
-        // The literal numbers come first ...
-        {10, "SIGUSR1", busError},
-        {18, "SIGCONT", childStatus},
-        {22, "SIGTTOU", pollableEvent},
-        // ... then the signals that have the meaning on this host.
-        {SIGBUS, "SIGBUS", busError},
-        {SIGCHLD, "SIGCHLD", childStatus},
-        {SIGIO, "SIGIO", pollableEvent},
-    };
-    for (auto const& row : rows) {
-        std::string const name = std::string(row.name) + " (" + std::to_string(row.number) + ")";
-        int const count = static_cast<int>(row.codes.size());
-        for (int code = 0; code <= count + 1; ++code) {
-            bool const known = code >= 1 && code <= count;
-            std::string const text =
-                known ? row.codes[static_cast<std::size_t>(code - 1)] + std::string("\n") : "";
-            EXPECT_EQ(RunQueued(row.number, code).log, Report(name, text)) << "code " << code;
+        std::string name, text;
+        for (std::istringstream signals(row); signals >> number >> name;) {
+            siginfo_t info = {};
+            for (std::istringstream lines(row.substr(row.find('\n') + 1)); lines.good();) {
+                std::getline(lines, text);
+                ++info.si_code;
+                ExpectReport(number, name, text.empty() ? "" : text + "\n",
+                             [&] { syscall(SYS_rt_sigqueueinfo, getpid(), number, &info); });
+            }
         }
     }
 }
 
-TEST(SignalTrap, NamesEverySignalAsThisHostNumbersIt) {
-    struct {
-        int number;
-        char const* name;
-    } const rows[] = {
-        {1, "SIGHUP"},       {2, "SIGINT"},   {3, "SIGQUIT"},    {6, "SIGABRT"},
-        {12, "SIGUSR2"},     {13, "SIGPIPE"}, {14, "SIGALRM"},   {15, "SIGTERM"},
-        {16, "SIGSTKFLT"},   {20, "SIGTSTP"}, {21, "SIGTTIN"},   {23, "SIGURG"},
-        {24, "SIGXCPU"},     {25, "SIGXFSZ"}, {26, "SIGVTALRM"}, {27, "SIGPROF"},
-        {28, "SIGWINCH"},    {30, "SIGPWR"},  {31, "SIGSYS"},    {34, "SIGRTMIN+0"},
-        {63, "SIGRTMIN+29"},
-    };
-    for (auto const& row : rows)
-        EXPECT_EQ(RunQueued(row.number, 3).log,
-                  Report(row.name + std::string(" (") + std::to_string(row.number) + ")",
-                         "Unknown Code:  3\n"));
-    LoggedChild const reserved = RunLogged([] {
-        siginfo info = {};
-        info.si_signo = 33;
-        CommonAPI::internal::ReportSignal(&info);
-    });
-    EXPECT_EQ(reserved.log, Report("Unknown (33)", "Unknown Code:  0\n"));
-}
-
-TEST(SignalTrap, ReportsASignalOfWhichNothingIsKnown) {
-    LoggedChild const child = RunLogged([] {
-        CommonAPI::internal::ReportSignal(nullptr);
-        LogMessage(4, "Net", "it returned");
-    });
-    EXPECT_EQ(child.log, banner + "Exception Signal:  Unknown\nNet:  it returned" + closing);
-}
-
-TEST(SignalTrap, RefusesNumbersWithoutAnEntryAndTellsOfThoseTheSystemRefuses) {
+TEST(SignalTrap, RefusesNumbersAndCallsTheLastHandlerWithFaultsBlocked) {
     ChildResult const child = RunInChild([] {
-        for (int const number : {0, -1, 64, 65, 1 << 30, 9, 32})
-            if (TrapExceptionSignal(number, nullptr))
-                std::_Exit(EXIT_FAILURE);
-    });
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output, "Couldn't trap Signal 9\nCouldn't trap Signal 32\n");
-    EXPECT_EQ(child.errors, "");
-}
-
-TEST(SignalTrap, CallsTheLastHandlerWithSegmentationFaultsBlockedAndExitsWithStatusZero) {
-    LoggedChild const child = RunLogged([] {
-        Trap(SIGUSR1);
-        Trap(SIGUSR1, [](siginfo* info) {
-            sigset_t blocked;
-            sigprocmask(SIG_BLOCK, nullptr, &blocked);
-            std::string text;
-            for (int number = 1; number <= SIGRTMAX; ++number)
-                if (sigismember(&blocked, number) == 1)
-                    text += " " + std::to_string(number);
-            LogMessage(4, "Net", (std::to_string(info->si_code) + ":" + text).c_str());
+        for (int const number : {0, -1, 64, 1 << 30, SIGKILL, SIGUSR1})
+            std::cout << TrapExceptionSignal(number, nullptr);
+        TrapExceptionSignal(SIGUSR1, [](siginfo* info) {
+            raise(SIGSEGV);  // which has to wait
+            std::cout << info->si_signo;
         });
-        Queue(SIGUSR1, 7);
-        std::_Exit(EXIT_FAILURE);
+        std::cout << raise(SIGUSR1);
     });
     EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.log, "Net:  7: 10 11" + closing);
+    EXPECT_EQ(child.output, "0000Couldn't trap Signal 9\n0110");
 }
 
-TEST(SignalTrap, EndsAProcessThatHasNoLogYet) {
-    ChildResult const child = RunInChild([] {
-        Trap(SIGSEGV);
-        WriteToNull();
+TEST(SignalTrap, ReportsWhateverWasInterrupted) {
+    ExpectReport(SIGUSR1, "USR1", "", [] {
+        std::string().swap(LogMessageBuffer);  // or its storage would count as leaked
+        std::memset(static_cast<void*>(&LogMessageBuffer), 0x11, sizeof(char*));  // half changed
+        flockfile(*static_cast<FILE**>(dlsym(RTLD_DEFAULT, "_IO_list_all")));     // the log's
+        alarm(10);  // instead of a wait without end
+        std::thread([] {
+            std::string time;
+            forbidden = 1;
+            GetCurrentTime(time, "a format that was not used before");
+        }).join();
     });
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.output + child.errors, "");
-}
-
-TEST(SignalTrap, AsksTheAllocatorForNothing) {
-    std::atexit([] { forbidden = false; });  // runs when the log has been closed
-    LoggedChild const child = RunLogged([] {
-        Trap(SIGUSR1);
-        std::string().swap(LogMessageBuffer);  // even if the shared text has no room
-        forbidden = true;
-        raise(SIGUSR1);
-    });
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.log, Report("SIGUSR1 (10)", ""));
-}
-
-TEST(SignalTrap, ReportsWithinTheConversionOfATime) {
-    std::atexit([] { forbidden = false; });
-    LoggedChild const child = RunLogged([] {
-        Trap(SIGUSR1);
-        interruption = [] {
-            forbidden = true;
-            raise(SIGUSR1);
-        };
-        LogMessage(4, "Net", "interrupted");
-    });
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.log, Report("SIGUSR1 (10)", ""));
-}
-
-TEST(SignalTrap, ReportsWhileTheSharedTextChanges) {
-    LoggedChild const child = RunLogged([] {
-        Trap(SIGUSR1);
-        [[maybe_unused]] static char* volatile storage;
-        storage = LogMessageBuffer.data();  // or it would count as leaked
-        // What a text looks like between its old storage and its new one.
-        std::memset(static_cast<void*>(&LogMessageBuffer), 0x11, sizeof(char*));
-        raise(SIGUSR1);
-    });
-    EXPECT_EQ(child.status, 0);
-    EXPECT_EQ(child.log, Report("SIGUSR1 (10)", ""));
 }
 
 }  // namespace

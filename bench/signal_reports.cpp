@@ -1,6 +1,6 @@
 /// Crashes a child process many times in each of several ways and prints, as the table of
 /// docs/fatal_signals.md, how often the process ended with status 0, the log held a whole report,
-/// and the log ended with the logger's closing line: measure_reports [CRASHES
+/// and the log ended with the logger's closing line: signal_reports [CRASHES
 /// [PART_OF_A_ROWS_NAME]]
 #include <CommonAPI/logging.h>
 #include <CommonAPI/paper_size.h>
