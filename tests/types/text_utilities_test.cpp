@@ -42,7 +42,7 @@ TEST(TextUtilities, LooksUpSortedNames) {
     for (int const count : {0, -1}) {  // entry 0 is compared even then
         EXPECT_EQ(ParseAttributeList_LowLevel(names, count, "B"), 0);
         EXPECT_EQ(ParseAttributeList_LowLevel(names, count, "A"), -1);
-        EXPECT_EQ(ParseAttributeList_LowLevel(names, count, "C"), -1);  // would never end
+        EXPECT_EQ(ParseAttributeList_LowLevel(names, count, "D"), -1);  // would never end
     }
 }
 
