@@ -1,33 +1,15 @@
 #include <CommonAPI/encryption_api.h>
-#include <CommonAPI/logging.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <thread>
+#include <tuple>
 
-#include "support/child_process.h"
-
-// The facade never frees a cipher.
-extern "C" char const* __lsan_default_suppressions() {
-    return "leak:EncryptionAPI::initializeAPI\n";
-}
+#include "support/logged_child.h"
 
 namespace {
 
-using testing::ElementsAre;
-using Texts = std::vector<std::string>;
-
-ByteArray FromHex(std::string const& hex) {
-    ByteArray data;
-    data.loadASCIIHex(hex);
-    return data;
-}
-
-std::string ToHex(ByteArray data) {
-    std::string hex;
-    data.getASCIIHex(hex);
-    return hex;
-}
+using namespace std::string_literals;
 
 EncryptionAPI Initialized(int mode, std::string const& key = "k") {
     EncryptionAPI api;
@@ -37,191 +19,89 @@ EncryptionAPI Initialized(int mode, std::string const& key = "k") {
     return api;
 }
 
-std::string EncryptedText(EncryptionAPI const& api, std::string const& text = "setting") {
-    std::string out = "untouched";
-    EXPECT_TRUE(api.encryptString(text, out));
-    return out;
+/// What a call makes of an output that held "old", after "no " if the call fails.
+template <class Value>
+std::string Call(EncryptionAPI const& api, bool (EncryptionAPI::*call)(Value const&, Value&) const,
+                 std::string const& in) {
+    Value value, out("old");
+    value = in;
+    std::string const result = (api.*call)(value, out) ? "" : "no ";
+    return result + std::string(out.c_str(), static_cast<std::size_t>(out.size()));
 }
 
-std::string EncryptedBy(Blowfish&& cipher, std::string const& text) {
-    ByteArray data;
-    data = text;
-    EXPECT_TRUE(cipher.encryptData(data));
-    return ToHex(data);
-}
+auto const encryptText = &EncryptionAPI::encryptString, decryptText = &EncryptionAPI::decryptString;
+auto const encryptData = &EncryptionAPI::encryptData, decryptData = &EncryptionAPI::decryptData;
 
-TEST(EncryptionAPI, PassesDataThroughInModesWithoutCipher) {
-    for (int mode : {2, 7, -1}) {
-        EncryptionAPI const api = mode == 2 ? EncryptionAPI() : Initialized(mode);
-        ByteArray out("old");
-        EXPECT_TRUE(api.encryptData("abc", out));
-        EXPECT_EQ(ToHex(out), "616263");
-        EXPECT_TRUE(api.decryptData("de", out));
-        EXPECT_EQ(ToHex(out), "6465");
-        std::string text = "old";
-        EXPECT_TRUE(api.encryptString("abc", text));
-        EXPECT_EQ(text, mode == 2 ? "abc" : "old");
-        EXPECT_TRUE(api.decryptString("not hexadecimal", text));
-        EXPECT_EQ(text, mode == 2 ? "not hexadecimal" : "old");
-    }
-}
-
+// What is encrypted here was encrypted by OpenSSL too.
 TEST(EncryptionAPI, KeysTheCipherByMode) {
-    // What mode 4 decrypts a key of "secret" and one of ten zero bytes to.
-    auto const opened = [](std::string key) {
-        Blowfish builtIn;
-        builtIn.setPassword("Tq8-Lm2vZr5-Kx9wPn3-Hc7yJd4-Fs6uBg1-We0R");
-        key.resize((key.size() + 7) / 8 * 8);
-        ByteArray data;
-        data = key;
-        EXPECT_TRUE(builtIn.decryptData(data));
-        return std::string(data.c_str());
-    };
-    std::string const zeros(10, '\0');
-    std::string sealed;  // "direct\0\0" under the built-in passphrase
-    {
-        EncryptionAPI const builtIn = Initialized(3, "Tq8-Lm2vZr5-Kx9wPn3-Hc7yJd4-Fs6uBg1-We0R");
-        ByteArray data = FromHex(EncryptedText(builtIn, "direct"));
-        sealed.assign(data.c_str(), 8);
-    }
-    struct {
-        int mode;
-        std::string key;
-        std::string password;
-    } const rows[] = {{3, "direct", "direct"},
-                      {3, std::string("cut\0off", 7), "cut"},
-                      {3, "", ""},
-                      {4, sealed, "direct"},
-                      {4, "secret", opened("secret")},
-                      {4, zeros, opened(zeros)},
-                      {4, "", ""}};
-    for (auto const& row : rows) {
-        Blowfish cipher;
-        EXPECT_EQ(cipher.setPassword(row.password.c_str()), !row.password.empty());
-        EXPECT_EQ(EncryptedText(Initialized(row.mode, row.key), "settings"),
-                  EncryptedBy(std::move(cipher), "settings"))
-            << "mode " << row.mode << ", key " << row.key;
-    }
+    using Row = std::tuple<int, std::string, char const*>;
+    for (auto const& [mode, key, encrypted] :
+         {Row{3, "direct", "66BD83ED48588A5A"}, Row{3, "cut\0off"s, "3CB916A3BCA57B13"},
+          Row{3, "", "D64C38BE0CDB1406"}, Row{4, "", "D64C38BE0CDB1406"},
+          Row{4, "h\3#\x14;\xCF:D", "66BD83ED48588A5A"}, Row{4, "secret", "6449C07DB80D0C83"},
+          Row{4, "ten\0bytes!"s, "BA9C86FBA435DA78"}})
+        EXPECT_EQ(Call(Initialized(mode, key), encryptText, "settings"), encrypted) << mode << key;
 }
 
-TEST(EncryptionAPI, PadsDataAndLeavesThePadding) {
-    EncryptionAPI const api = Initialized(3);
-    ByteArray encrypted("old"), decrypted("old");
-    EXPECT_TRUE(api.encryptData("123456789", encrypted));
-    EXPECT_EQ(encrypted.size(), 16);
-    EXPECT_TRUE(api.decryptData(encrypted, decrypted));
-    EXPECT_EQ(ToHex(decrypted), "31323334353637383900000000000000");
-    EXPECT_FALSE(api.decryptData("123456789", decrypted));
-    EXPECT_TRUE(decrypted.empty());
-    EXPECT_TRUE(api.encryptData("", encrypted));
-    EXPECT_TRUE(api.decryptData("", decrypted));
-    EXPECT_TRUE(encrypted.empty() && decrypted.empty());
-}
-
-TEST(EncryptionAPI, EmptiesABufferThatIsBothInputAndOutput) {
-    EncryptionAPI const api = Initialized(3);
+TEST(EncryptionAPI, TransformsDataAndTexts) {
+    EncryptionAPI const cipher = Initialized(3), other = Initialized(7), none;
+    EncryptionAPI broken;  // in mode 3, but without a cipher
+    int const mode = 3;
+    std::memcpy(static_cast<void*>(&broken), &mode, sizeof mode);
+    for (auto const call : {encryptData, decryptData})
+        EXPECT_EQ(Call(none, call, "abc") + Call(other, call, "def") + Call(broken, call, ""),
+                  "abcdef");
+    for (auto const call : {encryptText, decryptText})
+        EXPECT_EQ(Call(none, call, "abc") + Call(other, call, "def") + Call(cipher, call, "") +
+                      Call(broken, call, "") + Call(broken, call, "0123456789ABCDEF"),
+                  "abcoldno old");
+    std::string const sealed = "\x48\x47\x51\x94\x0F\xCC\x5E\xCA\x1C\xBA\x26\x7A\x3C\x43\xB3\xBE";
+    EXPECT_EQ(Call(cipher, encryptData, "123456789"), sealed);
+    EXPECT_EQ(Call(cipher, decryptData, sealed), "123456789\0\0\0\0\0\0\0"s);
+    EXPECT_EQ(Call(cipher, decryptData, "123456789"), "no ");
+    EXPECT_EQ(Call(broken, encryptData, "abc"), "no abc\0\0\0\0\0"s);
+    EXPECT_EQ(Call(cipher, encryptText, "ab\0cd"s), "3E7B4F9A601E6AFC");
+    std::string const five = "CF89ADCD2310A833";
+    using Row = std::pair<std::string, char const*>;
+    for (auto const& [in, out] :
+         {Row{five, "five5"}, Row{"cf89adcd2310a833", "five5"}, Row{"3E7B4F9A601E6AFC", "ab"},
+          Row{"03AC05394F5EF651", "exactly8"}, Row{five + "zz345678", "five5"}, Row{"zz345678", ""},
+          Row{five.substr(4), "no "}, Row{five.substr(8), "no old"},
+          Row{five.substr(2) + "zz", "no old"}, Row{five + five.substr(8), "no old"}})
+        EXPECT_EQ(Call(cipher, decryptText, in), out) << in;
+    EXPECT_EQ(RunLogged([] { Call(Initialized(3), decryptText, std::string(20, '0')); }).log,
+              "Terminating logging facility\n");
     ByteArray data("12345678");
-    EXPECT_TRUE(api.encryptData(data, data));
-    EXPECT_TRUE(data.empty());
     std::string text = "setting";
-    EXPECT_TRUE(api.encryptString(text, text));
-    EXPECT_TRUE(api.decryptString(text, text));
+    EXPECT_TRUE(cipher.encryptData(data, data) && data.empty());
+    EXPECT_TRUE(cipher.encryptString(text, text) && cipher.decryptString(text, text));
     EXPECT_EQ(text, "setting");
 }
 
-TEST(EncryptionAPI, DecryptsTextUpToAZeroCharacter) {
+TEST(EncryptionAPI, AppendsEncryptedItemsAndReplacesDecryptedData) {
     EncryptionAPI const api = Initialized(3);
-    std::string const encrypted = EncryptedText(api, "five5");
-    std::string lower = encrypted;
-    for (char& digit : lower)
-        digit = static_cast<char>(std::tolower(digit));
-    struct {
-        std::string in;
-        bool succeeds;
-        std::string out;
-    } const rows[] = {
-        {encrypted, true, "five5"},
-        {lower, true, "five5"},
-        {EncryptedText(api, std::string("ab\0cd", 5)), true, "ab"},
-        {EncryptedText(api, "exactly8"), true, "exactly8"},
-        {"", true, ""},
-        {encrypted.substr(0, 12), false, ""},
-        {encrypted.substr(0, 8), false, "untouched"},
-        {encrypted + encrypted.substr(0, 8), false, "untouched"},
-        {encrypted.substr(0, 14) + "zz", false, "untouched"},
-        {encrypted + "zz345678", true, "five5"},
-        {"zz345678", true, ""},
-    };
-    for (auto const& row : rows) {
-        std::string out = "untouched";
-        EXPECT_EQ(api.decryptString(row.in, out), row.succeeds) << row.in;
-        EXPECT_EQ(out, row.out) << row.in;
-    }
-    EXPECT_EQ(EncryptedText(api, ""), "");
-}
-
-TEST(EncryptionAPI, LogsAFailedDecryptionOfTextButNotABadTextLength) {
-    TemporaryFolder const folder;
-    std::string const path = folder.file("log");
-    RunInChild([&] {
-        AttributeMap settings;
-        settings["Global"] = "4";
-        InitializeLogger(path, &settings, nullptr, false);
-        EncryptionAPI const api = Initialized(3);
-        std::string out;
-        api.decryptString("00000000000000000000", out);
-        LogMessage(4, "test", "next");
-        api.decryptString("000000000000000000000000", out);
-    });
-    EXPECT_THAT(ReadFile(path),
-                testing::ContainsRegex(
-                    "---\n[0-9:]+ - test:  next\n[0-9:]+ - ERROR/Blowfish::decryptData\\(\\):  "));
-}
-
-TEST(EncryptionAPI, AppendsEncryptedItemsAndReplacesDecryptedOnes) {
-    EncryptionAPI const api = Initialized(3);
-    std::vector<ByteArray> encrypted = {"old"};
-    EXPECT_TRUE(api.encryptDataList({"first", "second", ""}, encrypted));
-    ASSERT_EQ(encrypted.size(), 4u);
+    std::vector<ByteArray> encrypted = {"old"}, data(5, "old");
+    EXPECT_TRUE(api.encryptDataList({"first", "second", "third"}, encrypted));
     encrypted.erase(encrypted.begin());
-    std::vector<ByteArray> decrypted = {"a", "b", "c", "d", "e"};
-    EXPECT_TRUE(api.decryptDataList(encrypted, decrypted));
-    EXPECT_THAT(decrypted, ElementsAre(testing::ResultOf(ToHex, "6669727374000000"),
-                                       testing::ResultOf(ToHex, "7365636F6E640000"),
-                                       testing::ResultOf(ToHex, "")));
-    decrypted = {"a"};
-    EXPECT_FALSE(api.decryptDataList({encrypted[0], "odd", encrypted[1]}, decrypted));
-    EXPECT_THAT(decrypted, ElementsAre(testing::ResultOf(ToHex, "6669727374000000"),
-                                       testing::ResultOf(ToHex, ""), testing::ResultOf(ToHex, "")));
-}
-
-TEST(EncryptionAPI, EncryptsInDecryptStringListToo) {
-    EncryptionAPI const api = Initialized(3);
-    Texts out = {"old"};
-    EXPECT_TRUE(api.encryptStringList({"abc", ""}, out));
-    EXPECT_TRUE(api.decryptStringList({"abc"}, out));
-    std::string const abc = EncryptedText(api, "abc");
-    EXPECT_THAT(out, ElementsAre("old", abc, "", abc));
+    EXPECT_TRUE(api.decryptDataList(encrypted, data));
+    EXPECT_FALSE(api.decryptDataList({encrypted[2], "odd", encrypted[0]}, data));
+    ASSERT_EQ(data.size(), 3u);
+    EXPECT_EQ(*data[0] + "|"s + *data[1] + "|" + *data[2], "third|second|third");
+    std::vector<std::string> texts = {"old"};
+    EXPECT_TRUE(api.encryptStringList({"abc", ""}, texts) && api.decryptStringList({"abc"}, texts));
+    EXPECT_EQ(texts, (std::vector{"old"s, "AD33BAA16389AEEA"s, ""s, "AD33BAA16389AEEA"s}));
 }
 
 TEST(EncryptionAPI, ServesSeveralThreadsAtOnce) {
     EncryptionAPI const api = Initialized(3);
-    ByteArray const plain(std::string(1500, 'p').c_str());
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&api, &plain, text = std::to_string(i) + " of four"] {
+    std::vector<std::jthread> threads;
+    for (char const letter : {'a', 'b', 'c', 'd'})
+        threads.emplace_back([&api, in = std::string(1600, letter)] {
             for (int round = 0; round < 50; ++round) {
-                std::string out;
-                EXPECT_TRUE(api.decryptString(EncryptedText(api, text), out));
-                EXPECT_EQ(out, text);
-                ByteArray encrypted, decrypted;
-                EXPECT_TRUE(api.encryptData(plain, encrypted));
-                EXPECT_TRUE(api.decryptData(encrypted, decrypted));
-                EXPECT_STREQ(decrypted.c_str(), std::string(1500, 'p').c_str());
+                EXPECT_EQ(Call(api, decryptText, Call(api, encryptText, in)), in);
+                EXPECT_EQ(Call(api, decryptData, Call(api, encryptData, in)), in);
             }
         });
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 }  // namespace
