@@ -43,9 +43,9 @@ void PasswordSource::addOptions(CLI::App& command) {
 }
 
 std::string PasswordSource::read(char const* prompt) const {
-    std::string const password = !file.empty()       ? FromFile(file)
-                                 : !variable.empty() ? FromVariable(variable)
-                                                     : FromTerminal(prompt);
+    std::string password = !file.empty()       ? FromFile(file)
+                           : !variable.empty() ? FromVariable(variable)
+                                               : FromTerminal(prompt);
     if (password.empty())
         throw std::runtime_error("the password is empty");
     if (password.find('\0') != std::string::npos)

@@ -1,25 +1,39 @@
 #ifndef COMMONAPI_TYPES_CONVERTER_H
 #define COMMONAPI_TYPES_CONVERTER_H
 
+#include <iconv.h>
+
 #include <cstddef>
 
 // The conversion library, whichever it is: the C library's own or GNU libiconv. All that differs
-// between them, or from what the rest of the library expects, is in converter.cpp.
+// between them, or from what the rest of the library expects, is here.
 
 namespace CommonAPI::internal {
 
-/// Null before an open; `FailedConverter()` after one that failed.
 using Converter = void*;
 
-Converter FailedConverter();
+/// What an open that failed yields.
+inline Converter FailedConverter() {
+    return reinterpret_cast<Converter>(-1);  // by definition of `iconv_open`
+}
 
-/// Both calls leave the reason of a failure in `errno`.
-Converter OpenConverter(char const* to, char const* from);
-std::size_t Convert(Converter converter, char const** input, std::size_t* inputLeft, char** output,
-                    std::size_t* outputLeft);
+/// Leaves the reason of a failure in `errno`, as `Convert` does.
+inline Converter OpenConverter(char const* to, char const* from) {
+    return iconv_open(to, from);
+}
+
+inline std::size_t Convert(Converter converter, char const** input, std::size_t* inputLeft,
+                           char** output, std::size_t* outputLeft) {
+    // Declared without const, though the input is only read.
+    return iconv(static_cast<iconv_t>(converter), const_cast<char**>(input), inputLeft, output,
+                 outputLeft);
+}
 
 /// Does nothing for a null converter.
-void CloseConverter(Converter converter);
+inline void CloseConverter(Converter converter) {
+    if (converter)  // GNU libiconv allows null, the C library crashes on it
+        iconv_close(static_cast<iconv_t>(converter));
+}
 
 }  // namespace CommonAPI::internal
 

@@ -138,7 +138,9 @@ char const* UnicodeString::transcodeMessage(wchar_t const* text, unsigned int co
 
 wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int count) {
     startTranscoding();
-    narrowString = text;
+    // Mostly it is the narrow form that is converted, which need not be copied onto itself.
+    if (text != narrowString.c_str() || std::strlen(text) != narrowString.size())
+        narrowString = text;
     if (count == std::numeric_limits<unsigned int>::max())
         count = static_cast<unsigned int>(std::strlen(text));
     wideString.clear();

@@ -24,17 +24,20 @@ extern "C" passwd* getpwnam(char const*) {
 
 namespace {
 
+void SetOrUnset(char const* variable, char const* value) {
+    value ? setenv(variable, value, 1) : unsetenv(variable);
+}
+
 TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     static char jd[] = "jd";
     static char jane[] = "Jane Doe,,,";
-    static char empty[] = "";
     static char* const none = nullptr;
     std::string const id = std::to_string(getuid());
     // Login, real name, USER, use the real name, allow an id; what is found, if anything.
     using Row = std::tuple<char*, char*, char const*, bool, bool, char const*>;
     for (auto const& [loginName, realName, variable, useRealName, allowId, expected] :
-         {Row{jd, jane, "user", false, false, "jd"}, Row{jd, jane, "user", true, false, jane},
-          Row{jd, empty, "user", true, false, ""}, Row{jd, none, "user", true, false, "jd"},
+         {Row{jd, jane, "user", false, false, jd}, Row{jd, jane, "user", true, false, jane},
+          Row{jd, jd + 2, "user", true, false, ""}, Row{jd, none, "user", true, false, jd},
           Row{none, jane, "user", true, true, "user"}, Row{none, jane, "", true, true, ""},
           Row{none, jane, none, true, true, id.c_str()},
           Row{none, jane, none, true, false, none}}) {
@@ -42,13 +45,13 @@ TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
         data.pw_gecos = realName;
         login = loginName;
         entry = &data;
-        variable ? setenv("USER", variable, 1) : unsetenv("USER");
+        SetOrUnset("USER", variable);
         std::string name = "unchanged";
         EXPECT_EQ(GetCurrentUserName(name, useRealName, allowId), expected != nullptr);
         EXPECT_EQ(name, expected ? expected : "unchanged");
         entry = nullptr;  // without an entry there is no real name
         GetCurrentUserName(name, useRealName, allowId);
-        EXPECT_TRUE(!login || name == "jd");
+        EXPECT_TRUE(!login || name == jd);
     }
 }
 
@@ -58,8 +61,7 @@ TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
                                  "<a-name-too-long-to-be-kept-x-x-x-x-x-x-x-x-x-x-x-x-x-x>3"};
     for (int round = 0; round < 40; ++round) {
         char const* const format = formats[round % 5];
-        char const* const zone = zones[round / 2 % 4];
-        zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+        SetOrUnset("TZ", zones[round / 2 % 4]);
         std::string text = "old";
         std::time_t now;
         do {  // until the second is the same before and after
@@ -79,10 +81,9 @@ TEST(SystemInformation, NamesTheHostAndSetsVariables) {
     GetLocalHostname(host);
     EXPECT_EQ(host, expected);
     char name[] = "COMMONAPI_TEST";
-    char value[] = "a value";
-    EXPECT_TRUE(SetEnvironmentVariable(name, value));
-    EXPECT_STREQ(std::getenv(name), value);
-    EXPECT_FALSE(SetEnvironmentVariable(nullptr, value));
+    EXPECT_TRUE(SetEnvironmentVariable(name, expected));
+    EXPECT_STREQ(std::getenv(name), expected);
+    EXPECT_FALSE(SetEnvironmentVariable(nullptr, expected));
 }
 
 }  // namespace

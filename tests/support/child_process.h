@@ -4,11 +4,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <string>
-
-#include "support/temporary_folder.h"
 
 struct ChildResult {
     int status;  ///< exit status, or the negative number of the signal that ended the process
@@ -16,21 +17,28 @@ struct ChildResult {
     std::string errors;
 };
 
+/// All that was written to a temporary file, which ends.
+inline std::string Take(std::FILE* file) {
+    std::ifstream stream("/dev/fd/" + std::to_string(fileno(file)));
+    std::string const content(std::istreambuf_iterator<char>(stream), {});
+    std::fclose(file);
+    return content;
+}
+
 /// Runs `body` and a normal exit in a process of its own.
 inline ChildResult RunInChild(std::function<void()> const& body) {
-    TemporaryFolder const folder;
-    auto const redirect = [&](int descriptor, char const* name) {
-        dup2(open(folder.file(name).c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), descriptor);
-    };
+    std::FILE* const output = std::tmpfile();
+    std::FILE* const errors = std::tmpfile();
     pid_t const child = fork();
     if (child == 0) {
-        redirect(STDOUT_FILENO, "output");
-        redirect(STDERR_FILENO, "errors");
+        dup2(fileno(output), STDOUT_FILENO);
+        dup2(fileno(errors), STDERR_FILENO);
+        fcntl(STDOUT_FILENO, F_SETFL, O_APPEND);  // after a log that is opened by name
         body();
         std::exit(EXIT_SUCCESS);
     }
     int status = 0;
     waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
-            ReadFile(folder.file("output")), ReadFile(folder.file("errors"))};
+    status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    return {status, Take(output), Take(errors)};
 }

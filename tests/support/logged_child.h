@@ -2,7 +2,7 @@
 
 #include <CommonAPI/logging.h>
 
-#include <sstream>
+#include <regex>
 
 #include "support/child_process.h"
 
@@ -10,23 +10,19 @@ struct LoggedChild : ChildResult {
     std::string log;  ///< the lines that follow the header, each without its time
 };
 
-inline std::string LinesAfterHeader(std::string const& file) {
-    std::string const dashes(32, '-');
-    std::istringstream lines(file);
-    std::string line, result;
-    while (std::getline(lines, line))
-        result = line == dashes ? "" : result + line.substr(line.find(" - ") == 8 ? 11 : 0) + "\n";
-    return result;
+inline std::string LinesAfterHeader(std::string const& log) {
+    std::string const lines = log.substr(log.rfind("--\n") + 3);
+    return std::regex_replace(lines, std::regex("(^|\n)[0-9:]{8} - "), "$1");
 }
 
 /// Runs `body` in a process of its own, which logs everything.
 inline LoggedChild RunLogged(std::function<void()> const& body) {
-    TemporaryFolder const folder;
+    std::FILE* const log = std::tmpfile();
     ChildResult const child = RunInChild([&] {
         AttributeMap settings;
         settings["Global"] = "4";
-        InitializeLogger(folder.file("log"), &settings, "sample", false);
+        InitializeLogger("/dev/fd/" + std::to_string(fileno(log)), &settings, "sample", false);
         body();
     });
-    return {child, LinesAfterHeader(ReadFile(folder.file("log")))};
+    return {child, LinesAfterHeader(Take(log))};
 }

@@ -1,4 +1,5 @@
 #include <CommonAPI/unicode_string.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <clocale>
@@ -7,21 +8,6 @@
 #include <tuple>
 
 namespace {
-
-template <class Body>
-void Throws(Body const& body) {
-    EXPECT_THROW(body(), std::out_of_range);
-}
-
-void Copy(UnicodeString& text) {
-    UnicodeString copy(text);
-    text.clear();
-    text = copy;
-}
-
-void Part(UnicodeString& text) {
-    EXPECT_EQ(text.substr(1, 9), "b");
-}
 
 TEST(UnicodeString, DerivesTheMissingForm) {
     UnicodeString narrow("a\u00e9\u20ac\U0001F600");
@@ -42,42 +28,46 @@ TEST(UnicodeString, DerivesTheMissingForm) {
     EXPECT_EQ(std::string(none.c_str()) + UnicodeString("ISO-8859-1", "\xe9").c_str(), "\xe9");
 }
 
+void Throw(UnicodeString& text) {
+    EXPECT_THROW(text.erase(3, 1), std::out_of_range);
+    EXPECT_THROW(text.insert("q", 3, -1), std::out_of_range);
+    EXPECT_THROW(text.substr(3, 1), std::out_of_range);
+}
+
 TEST(UnicodeString, ChangesTheFormsAsStated) {
-    static char const* const none = nullptr;
+    static char const* const null = nullptr;
     static wchar_t const* const noWide = nullptr;
+    static std::string const zero("c\0d", 3);
+    static std::string const blanks(509, ' ');
     struct {
-        char const* what;
         char const* narrow;   // null: not held
         wchar_t const* wide;  // null: not held
         void (*change)(UnicodeString&);
         std::string expectedNarrow;
         wchar_t const* expectedWide;
     } const rows[] = {
-        {"copied", "ab", L"xy", [](auto& t) { Copy(t); }, "ab", L"xy"},
-        {"=, narrow", "ab", L"xy", [](auto& t) { t = "q"; }, "q", L"xy"},
-        {"=, string", "ab", L"xy", [](auto& t) { t = std::string("q\0r", 3); }, "q", L"xy"},
-        {"=, wide", "ab", L"xy", [](auto& t) { t = L"q"; }, "ab", L"q"},
-        {"=, 42", "ab", L"xy", [](auto& t) { t = 42L; }, std::string(509, ' ') + "42", L"xy"},
-        {"=, -5", nullptr, L"xy", [](auto& t) { t = -5L; }, std::string(509, ' ') + "-5", L"xy"},
-        {"clear", "ab", L"xy", [](auto& t) { t.clear(); }, "", nullptr},
-        {"+= null", "ab", L"xy", [](auto& t) { (t += none) += noWide; }, "ab", L"xy"},
-        {"+= narrow, no wide form", "ab", nullptr, [](auto& t) { t += "cd"; }, "abcd", nullptr},
-        {"+= both", "ab", L"xy", [](auto& t) { t += "\u20ac"; }, "ab\u20ac", L"ab\u20ac"},
-        {"+= string", "ab", nullptr, [](auto& t) { t += std::string("c\0d", 3); }, "abc", nullptr},
-        {"+= float", "ab", nullptr, [](auto& t) { t += 1.5f; }, "ab1.500000", nullptr},
-        {"+= wide", nullptr, L"abcd", [](auto& t) { t += L"efgh"; }, "abcdefgh", L"abcdefgh"},
-        {"+= wide, both forms", "q", L"abcd", [](auto& t) { t += L"efgh"; }, "ab", L"abcdefgh"},
-        {"+= wide text", "q", L"abc", [](auto& t) { t += UnicodeString(L"d"); }, "a", L"abcd"},
-        {"+= text without", "q", L"abcd", [](auto& t) { t += UnicodeString("z"); }, "qz", L"qz"},
-        {"insert some", nullptr, L"abcd", [](auto& t) { t.insert("XYZ", 1, 2); }, "aXY", L"abcd"},
-        {"insert all", "ab", L"xy", [](auto& t) { t.insert("XYZ", 2, -1); }, "abXYZ", L"xy"},
-        {"substr", nullptr, L"abcdefgh", [](auto& t) { Part(t); }, "ab", L"abcdefgh"},
-        {"erase", "q", L"abcdefghij", [](auto& t) { t.erase(1, 2); }, "ad", L"adefghij"},
-        {"erase to the end", nullptr, L"abcd", [](auto& t) { t.erase(1, -1); }, "a", L"a"},
-        {"erase, no wide form", "hello", nullptr, [](auto& t) { t.erase(0, 1); }, "", nullptr},
-        {"throw", "ab", L"xy", [](auto& t) { Throws([&] { t.erase(3, 1); }); }, "ab", L"xy"},
-        {"throw", "ab", L"xy", [](auto& t) { Throws([&] { t.insert("q", 3, -1); }); }, "ab", L"xy"},
-        {"throw", "ab", L"xy", [](auto& t) { Throws([&] { t.substr(3, 1); }); }, "ab", L"xy"},
+        {"ab", L"xy", [](auto& t) { t = "q"; }, "q", L"xy"},
+        {"ab", L"xy", [](auto& t) { t = zero; }, "c", L"xy"},
+        {"ab", L"xy", [](auto& t) { t = L"q"; }, "ab", L"q"},
+        {"ab", L"xy", [](auto& t) { t = 42L; }, blanks + "42", L"xy"},
+        {null, L"xy", [](auto& t) { t = -5L; }, blanks + "-5", L"xy"},
+        {"ab", L"xy", [](auto& t) { t.clear(); }, "", nullptr},
+        {"ab", L"xy", [](auto& t) { (t += null) += noWide; }, "ab", L"xy"},
+        {"ab", nullptr, [](auto& t) { t += "cd"; }, "abcd", nullptr},
+        {"ab", L"xy", [](auto& t) { t += "\u20ac"; }, "ab\u20ac", L"ab\u20ac"},
+        {"ab", nullptr, [](auto& t) { t += zero; }, "abc", nullptr},
+        {"ab", nullptr, [](auto& t) { t += 1.5f; }, "ab1.500000", nullptr},
+        {null, L"abcd", [](auto& t) { t += L"efgh"; }, "abcdefgh", L"abcdefgh"},
+        {"q", L"abcd", [](auto& t) { t += L"efgh"; }, "ab", L"abcdefgh"},
+        {"q", L"abc", [](auto& t) { t += UnicodeString(L"d"); }, "a", L"abcd"},
+        {"q", L"abcd", [](auto& t) { t += UnicodeString("z"); }, "qz", L"qz"},
+        {null, L"abcd", [](auto& t) { t.insert("XYZ", 1, 2); }, "aXY", L"abcd"},
+        {"ab", L"xy", [](auto& t) { t.insert("XYZ", 2, -1); }, "abXYZ", L"xy"},
+        {null, L"abcdefgh", [](auto& t) { t += t.substr(1, 9); }, "abb", L"abb"},
+        {"q", L"abcdefghij", [](auto& t) { t.erase(1, 2); }, "ad", L"adefghij"},
+        {null, L"abcd", [](auto& t) { t.erase(1, -1); }, "a", L"a"},
+        {"hello", nullptr, [](auto& t) { t.erase(0, 1); }, "", nullptr},
+        {"ab", L"xy", Throw, "ab", L"xy"},
     };
     for (auto const& row : rows) {
         UnicodeString text;
@@ -86,8 +76,11 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
         if (row.wide)
             text = row.wide;
         row.change(text);
-        EXPECT_EQ(text.compare(row.expectedWide, true), 0) << row.what;  // the form as it stands
-        EXPECT_EQ(text.c_str(), row.expectedNarrow) << row.what;
+        UnicodeString copy(text);
+        text.clear();
+        text = copy;
+        EXPECT_EQ(text.compare(row.expectedWide, true), 0) << "row " << &row - rows;
+        EXPECT_EQ(text.c_str(), row.expectedNarrow) << "row " << &row - rows;
     }
 }
 
@@ -111,14 +104,10 @@ TEST(UnicodeString, FindsInOneFormOnly) {
     UnicodeString wide(L"abcabc");
     UnicodeString narrow("abcabc");
     UnicodeString pattern("ca");
-    EXPECT_EQ(wide.find('b', 0), -1);
-    EXPECT_EQ(wide.find(L'b'), 1);
-    EXPECT_EQ(wide.find(L"ca"), 2);
-    EXPECT_EQ(wide.find(pattern), 2);
-    EXPECT_EQ(narrow.find('b', 2), 4);
-    EXPECT_EQ(narrow.find("ca", 0), 2);
-    EXPECT_EQ(narrow.find("ca", 3), -1);
-    EXPECT_EQ(narrow.find(L'b'), -1);
+    long const found[] = {wide.find('b', 0),    wide.find(L'b'),     wide.find(L"ca"),
+                          wide.find(pattern),   narrow.find('b', 2), narrow.find("ca", 0),
+                          narrow.find("ca", 3), narrow.find(L'b')};
+    EXPECT_THAT(found, testing::ElementsAre(-1, 1, 2, 2, 4, 2, -1, -1));
 }
 
 TEST(UnicodeString, FoldedComparisonStopsAtTheFirstTextsLength) {
