@@ -1,4 +1,4 @@
-"""Runs the command line as its users do: commonapi_test.py COMMAND SOURCES PLUGIN"""
+"""Runs the command line as its users do: commonapi_test.py SOURCES COMMAND PLUGIN"""
 import os
 import pathlib
 import pty
@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-command, sources, plugin = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3]
+sources, command, plugin = sys.argv[1:]
 KEY = ("--password-env", "PW")
 
 
@@ -90,7 +90,7 @@ class Command(unittest.TestCase):
         words = names.union(*(re.findall(r"--[a-z-]+", run(name, "--help")[1].decode())
                               for name in names))
         for file in ("commonapi.1", "commonapi.bash"):
-            text = (sources / "tools" / file).read_text().replace("\\-", "-")
+            text = pathlib.Path(sources, "tools", file).read_text().replace("\\-", "-")
             self.assertEqual([word for word in words if word not in text], [])
 
 

@@ -13,8 +13,7 @@
 
 namespace {
 
-int opened = 0;
-int closed = 0;
+int opened = 0, closed = 0;
 std::string refused;  // what no converter can be opened to
 
 template <class Function>
@@ -53,8 +52,7 @@ TEST(Transcoding, OpensEachConverterOnceAndClosesAllAtExit) {
 }
 
 void PrintDerivedForms() {
-    UnicodeString narrow("abc");
-    UnicodeString wide(L"abc");
+    UnicodeString narrow("abc"), wide(L"abc");
     std::printf("%ls,%s;", narrow.wc_str(), wide.c_str());
 }
 
