@@ -7,12 +7,8 @@
 #include <ctime>
 #include <tuple>
 
-namespace {
-
-char* login = nullptr;
-passwd* entry = nullptr;
-
-}  // namespace
+static char* login = nullptr;
+static passwd* entry = nullptr;
 
 // Login data that stand in front of the C library's.
 extern "C" char* getlogin() {
@@ -21,8 +17,6 @@ extern "C" char* getlogin() {
 extern "C" passwd* getpwnam(char const*) {
     return entry;
 }
-
-namespace {
 
 TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     char jd[] = "jd", jane[] = "Jane Doe,,,", empty[] = "";
@@ -79,5 +73,3 @@ TEST(SystemInformation, NamesTheHostAndSetsVariables) {
     EXPECT_STREQ(std::getenv(name), expected);
     EXPECT_FALSE(SetEnvironmentVariable(nullptr, expected));
 }
-
-}  // namespace

@@ -5,12 +5,10 @@
 
 #include "support/child_process.h"
 
-namespace {
-
 using namespace std::string_literals;
 
 template <class Value, class Default>
-Value Load(AttributeMap& map, Default const& fallback) {
+static Value Load(AttributeMap& map, Default const& fallback) {
     Value value{};
     EXPECT_EQ(map.loadMapVariable("key\0more"s, value, fallback), map.size());  // up to the zero
     return value;
@@ -42,7 +40,7 @@ TEST(AttributeMap, ReadsTextsAsTheirTypesOrYieldsTheDefault) {
 }
 
 /// All that is said of a position.
-std::string At(AttributeMap& map, long position) {
+static std::string At(AttributeMap& map, long position) {
     std::string key = "none", text = "none";
     UnicodeString value("none");
     bool const valid = map.fetchAttributeValueByIndex(position, key, text);
@@ -78,5 +76,3 @@ TEST(AttributeMap, DumpsALinePerEntryAndLeavesTheValuesAlone) {
     });
     EXPECT_EQ(child.output, "A == 1\nB == \nfound at -1");
 }
-
-}  // namespace

@@ -4,17 +4,15 @@
 #include <cstdio>
 #include <random>
 
-namespace {
-
 using namespace std::string_literals;
 
-std::string Content(ByteArray& array) {
+static std::string Content(ByteArray& array) {
     EXPECT_EQ(array.length(), array.size());
     char const* const text = array.c_str();
     return {text, static_cast<std::size_t>(array.size())};
 }
 
-std::string Parsed(std::string const& hexadecimal) {
+static std::string Parsed(std::string const& hexadecimal) {
     ByteArray array("old");
     array.loadASCIIHex(hexadecimal);
     return Content(array);
@@ -23,10 +21,7 @@ std::string Parsed(std::string const& hexadecimal) {
 TEST(ByteArray, IsFilledAndEdited) {
     char const* const null = nullptr;
     ByteArray array(null);
-    array += "ab";
-    array += array;
-    array += null;
-    array += "\0c"s;
+    (((array += "ab") += array) += null) += "\0c"s;
     array += static_cast<unsigned char>(0xFE);
     array.append("xyz", 2);
     EXPECT_EQ(Content(array), "abab\0c\xFExy"s);
@@ -122,5 +117,3 @@ TEST(ByteArray, ReadsHexadecimalUpToTheFirstBadPair) {
         text = digits;
     }
 }
-
-}  // namespace

@@ -1,14 +1,11 @@
 #include <CommonAPI/unicode_string.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <clocale>
 #include <sstream>
 #include <stdexcept>
 #include <tuple>
 #include <vector>
-
-namespace {
 
 TEST(UnicodeString, DerivesTheMissingForm) {
     UnicodeString narrow("a\u00e9\u20ac\U0001F600"), wide(L"a\u00e9\u20ac\U0001F600"), none;
@@ -27,7 +24,7 @@ TEST(UnicodeString, DerivesTheMissingForm) {
     EXPECT_EQ(std::string(none.c_str()) + UnicodeString("ISO-8859-1", "\xe9").c_str(), "\xe9");
 }
 
-void Throw(UnicodeString& text) {
+static void Throw(UnicodeString& text) {
     EXPECT_THROW(text.erase(3, 1), std::out_of_range);
     EXPECT_THROW(text.insert("q", 3, -1), std::out_of_range);
     EXPECT_THROW(text.substr(3, 1), std::out_of_range);
@@ -112,5 +109,3 @@ TEST(UnicodeString, FoldedComparisonStopsAtTheFirstTextsLength) {
           Row{L"b", L"A", 1}, Row{L"A", L"b", -1}, Row{L"\u00e9", L"\u00c9", 0}})
         EXPECT_EQ(CommonAPI::wcscasecmp(a, b), expected) << a << " / " << b;
 }
-
-}  // namespace
