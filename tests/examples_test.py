@@ -12,13 +12,11 @@ text = sources / "examples/data/languages.txt"
 
 class Examples(unittest.TestCase):
     def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def expect(self, errors, name, *arguments):
-        result = subprocess.run([programs / name, *arguments], cwd=self.folder, text=True,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        result = subprocess.run([programs / name, *arguments], cwd=self.folder,
+                                capture_output=True, text=True)
         self.assertEqual((result.returncode, result.stderr), (bool(errors), errors))
         return result.stdout
 
@@ -27,6 +25,7 @@ class Examples(unittest.TestCase):
         self.assertEqual([line for line in lines if line not in log], [])
 
     def test_client_round_trips_the_shipped_text_and_reports_its_crash(self):
+        self.expect("", "client", settings, text)
         self.expect("", "client", settings, text, "--media", sources / "examples/media.tsv",
                     "--plugin", programs / "plugin/text_statistics.so", "--crash")
         content = text.read_bytes()
