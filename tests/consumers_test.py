@@ -1,5 +1,5 @@
 """Uses the library as other projects do, the installed one after it was moved to a path with a blank:
-consumers_test.py SOURCES BUILD COMPILER FLAGS"""
+consumers_test.py SOURCES BUILD COMPILER FLAG..."""
 import os
 import pathlib
 import shlex
@@ -8,6 +8,7 @@ import sys
 import tempfile
 
 sources, build, compiler, *flags = sys.argv[1:]
+flags = " ".join(flags)
 program = f"{sources}/examples/first_program.cpp"
 
 
@@ -22,7 +23,7 @@ def build_with_cmake(name, how, *options):
         f'add_executable(program "{program}")\n'
         'target_link_libraries(program PRIVATE CommonAPI::CommonAPI)\n')
     run("cmake", "-S", name, "-B", name, "-G", "Ninja", f"-DCMAKE_CXX_COMPILER={compiler}",
-        f"-DCMAKE_CXX_FLAGS={' '.join(flags)}", *options)
+        f"-DCMAKE_CXX_FLAGS={flags}", *options)
     run("cmake", "--build", name)
     return run(folder / name / "program")
 
@@ -34,7 +35,7 @@ with tempfile.TemporaryDirectory() as holder:
     library = next(prefix.rglob("pkgconfig")).parent
     options = shlex.split(run("pkg-config", "--cflags", "--libs", "CommonAPI",
                               PKG_CONFIG_PATH=f"{library}/pkgconfig"))
-    run(compiler, *shlex.split(" ".join(flags)), "-std=c++17", program, *options, "-o", "program")
+    run(compiler, *flags.split(), "-std=c++17", program, *options, "-o", "program")
     outputs = (build_with_cmake("package", "find_package(CommonAPI 0.1 REQUIRED)",
                                 f"-DCMAKE_PREFIX_PATH={prefix}"),
                build_with_cmake("subdirectory", f"add_subdirectory({sources} CommonAPI)"),

@@ -107,61 +107,105 @@ Vector Xor(Vector vector, std::uint32_t subkeyByte) {
     return _mm512_xor_si512(vector, _mm512_set1_epi32(static_cast<int>(subkeyByte)));
 }
 
-Vector LookUp(Vector const (&table)[4], Vector index, __mmask64 indexTop) {
-    return _mm512_mask_blend_epi8(indexTop, _mm512_permutex2var_epi8(table[0], index, table[1]),
-                                  _mm512_permutex2var_epi8(table[2], index, table[3]));
+/// A vector of the tables, once for all groups. Left to themselves, compilers load it again for
+/// each group, or keep copies of the tables on the stack: loads then take longer than the permutes.
+Vector Load(Vector const& vector) {
+    Vector loaded;
+    asm volatile("vmovdqa64 %1, %0" : "=v"(loaded) : "m"(vector));
+    return loaded;
 }
 
-/// One plane of a sum; `carry` comes from the plane below and goes to the one above.
-Vector Add(int plane, Vector a, Vector b, __mmask64& carry) {
-    Vector sum = _mm512_add_epi8(a, b);
-    if (plane == 0) {
-        carry = _mm512_cmplt_epu8_mask(sum, a);
-        return sum;
+/// A plane of all groups.
+template <int groups>
+struct Plane {
+    Vector of[groups];
+};
+
+/// Looks all words of a half up in a box, a plane of it at a time.
+template <int groups>
+struct BoxLookUp {
+    Vector const (&box)[wordBytes][4];
+    Vector const (&indices)[groups];
+    __mmask64 top[groups];
+
+    [[gnu::always_inline]] BoxLookUp(BytePlanes const& tables, int number,
+                                     Halves<groups> const& from)
+        : box(tables.boxes[number]), indices(from.planes[3 - number]) {
+        for (int group = 0; group < groups; ++group)
+            top[group] = _mm512_movepi8_mask(indices[group]);
     }
-    sum = _mm512_mask_sub_epi8(sum, carry, sum, _mm512_set1_epi8(-1));
-    constexpr int carryOut = 0xD4;  // a & b | (a | b) & ~sum; its top bit is what overflowed
-    carry = _mm512_movepi8_mask(_mm512_ternarylogic_epi32(a, b, sum, carryOut));
-    return sum;
+
+    [[gnu::always_inline]] Plane<groups> operator()(int plane) const {
+        Vector vectors[4];
+        for (int i = 0; i < 4; ++i)
+            vectors[i] = Load(box[plane][i]);
+        Plane<groups> found;
+        for (int group = 0; group < groups; ++group)
+            found.of[group] = _mm512_mask_blend_epi8(
+                top[group], _mm512_permutex2var_epi8(vectors[0], indices[group], vectors[1]),
+                _mm512_permutex2var_epi8(vectors[2], indices[group], vectors[3]));
+        return found;
+    }
+};
+
+/// One plane of a sum; `carry` comes from the plane below and goes to the one above. Comparisons,
+/// as a ternary operation that finds the carry competes with the permutes for operands.
+Vector Add(int plane, Vector a, Vector b, __mmask64& carry) {
+    Vector const ones = _mm512_set1_epi8(-1);
+    Vector const sum = _mm512_add_epi8(a, b);
+    __mmask64 const overflow = _mm512_cmplt_epu8_mask(sum, a);
+    __mmask64 const carryIn = carry;
+    carry = overflow;
+    if (plane == 0)
+        return sum;
+    carry = _kor_mask64(overflow, _mm512_mask_cmpeq_epi8_mask(carryIn, sum, ones));
+    return _mm512_mask_sub_epi8(sum, carryIn, sum, ones);
+}
+
+/// sum = box 0 + box 1; with look-ups of both boxes between them, carries are there in time.
+template <int groups>
+[[gnu::always_inline]] inline void AddFirstBoxes(BytePlanes const& tables,
+                                                 Halves<groups> const& from, Halves<groups>& sum) {
+    BoxLookUp const first(tables, 0, from);
+    BoxLookUp const second(tables, 1, from);
+    __mmask64 carry[groups] = {};
+    for (int plane = 0; plane < wordBytes; ++plane) {
+        Plane const a = first(plane);
+        Plane const b = second(plane);
+        for (int group = 0; group < groups; ++group)
+            sum.planes[plane][group] = Add(plane, a.of[group], b.of[group], carry[group]);
+    }
+}
+
+/// to ^= subkey ^ ((sum ^ box 2) + box 3)
+template <int groups>
+[[gnu::always_inline]] inline void AddLastBoxes(BytePlanes const& tables, int round,
+                                                Halves<groups> const& from,
+                                                Halves<groups> const& sum, Halves<groups>& to) {
+    BoxLookUp const third(tables, 2, from);
+    BoxLookUp const fourth(tables, 3, from);
+    __mmask64 carry[groups] = {};
+    for (int plane = 0; plane < wordBytes; ++plane) {
+        Plane const a = third(plane);
+        Plane const b = fourth(plane);
+        for (int group = 0; group < groups; ++group) {
+            Vector const x = _mm512_xor_si512(sum.planes[plane][group], a.of[group]);
+            Vector& t = to.planes[plane][group];
+            t = _mm512_xor_si512(Xor(t, tables.subkeys[round][plane]),
+                                 Add(plane, x, b.of[group], carry[group]));
+        }
+    }
 }
 
 /// to ^= subkey ^ F(from), plane by plane; the groups share what is loaded of the tables.
 template <int groups>
-[[gnu::always_inline]] inline void Round(BytePlanes const& tables, int round,
+[[gnu::always_inline]] inline void Round(BytePlanes const* tables, int round,
                                          Halves<groups> const& from, Halves<groups>& to) {
+    // Or all addresses would be computed before the loop, and spilled.
+    asm volatile("" : "+r"(tables));
     Halves<groups> sum;
-    __mmask64 top[groups];
-    __mmask64 carry[groups] = {};
-    auto const lookUpBy = [&](int index) {
-        for (int group = 0; group < groups; ++group)
-            top[group] = _mm512_movepi8_mask(from.planes[index][group]);
-    };
-    auto const forEach = [&](auto step) {
-        for (int plane = 0; plane < wordBytes; ++plane)
-            for (int group = 0; group < groups; ++group)
-                step(plane, group);
-    };
-    auto const found = [&](int box, int plane, int group) {
-        return LookUp(tables.boxes[box][plane], from.planes[3 - box][group], top[group]);
-    };
-    lookUpBy(3);
-    forEach([&](int plane, int group) { sum.planes[plane][group] = found(0, plane, group); });
-    lookUpBy(2);
-    forEach([&](int plane, int group) {
-        Vector& s = sum.planes[plane][group];
-        s = Add(plane, s, found(1, plane, group), carry[group]);
-    });
-    lookUpBy(1);
-    forEach([&](int plane, int group) {
-        Vector& s = sum.planes[plane][group];
-        s = _mm512_xor_si512(s, found(2, plane, group));
-    });
-    lookUpBy(0);
-    forEach([&](int plane, int group) {
-        Vector& t = to.planes[plane][group];
-        Vector const s = Add(plane, sum.planes[plane][group], found(3, plane, group), carry[group]);
-        t = Xor(_mm512_xor_si512(t, s), tables.subkeys[round][plane]);
-    });
+    AddFirstBoxes(*tables, from, sum);
+    AddLastBoxes(*tables, round, from, sum, to);
 }
 
 template <int groups>
@@ -181,8 +225,8 @@ void TransformGroups(BytePlanes const& tables, unsigned char* data) {
         }
     }
     for (int round = 1; round <= 16; round += 2) {
-        Round(tables, round, left, right);
-        Round(tables, round + 1, right, left);
+        Round(&tables, round, left, right);
+        Round(&tables, round + 1, right, left);
     }
     for (int group = 0; group < groups; ++group) {
         Vector block[8];

@@ -27,15 +27,15 @@ TEST(SharedObjectLoader, LogsWhatItLoadedOrTheSystemsReason) {
         {PLUGINS "/libplugin_orphan.so", false, "libplugin_gone.so" + absent},
         {PLUGINS "/CTestTestfile.cmake", false, PLUGINS "/CTestTestfile.cmake: invalid ELF header"},
     };
-    for (auto const& [path, loaded, text, flags] : rows) {
-        LoggedChild const child = RunLogged([&] { std::exit(!OpenSharedLibrary(path, flags)); });
-        std::string const name = path ? path : "";
+    for (auto const& row : rows) {
+        auto const child = RunLogged([&] { std::exit(!OpenSharedLibrary(row.path, row.flags)); });
+        std::string const name = row.path ? row.path : "";
         std::string const line =
-            loaded ? "Plugin Loader:  Loaded " + name
-                   : "FATAL/SharedObjectResource::loadResource():  Failed to load library (" +
-                         name + "):  ";
-        EXPECT_EQ(child.status, !loaded);
-        EXPECT_EQ(child.log, line + text + "\nTerminating logging facility\n");
+            row.loaded ? "Plugin Loader:  Loaded " + name
+                       : "FATAL/SharedObjectResource::loadResource():  Failed to load library (" +
+                             name + "):  ";
+        EXPECT_EQ(child.status, !row.loaded);
+        EXPECT_EQ(child.log, line + row.text + "\nTerminating logging facility\n");
     }
 }
 
