@@ -2,7 +2,7 @@
 
 #include <CommonAPI/logging.h>
 
-#include <regex>
+#include <sstream>
 
 #include "support/child_process.h"
 
@@ -11,8 +11,11 @@ struct LoggedChild : ChildResult {
 };
 
 inline std::string LinesAfterHeader(std::string const& log) {
-    std::string const lines = log.substr(log.rfind("--\n") + 3);
-    return std::regex_replace(lines, std::regex("(^|\n)[0-9:]{8} - "), "$1");
+    std::istringstream lines(log.substr(log.rfind("--\n") + 3));
+    std::string result;
+    for (std::string line; std::getline(lines, line);)
+        result += line.substr(line.find(" - ") == 8 ? 11 : 0) + "\n";
+    return result;
 }
 
 /// Runs `body` in a process of its own, which logs everything.

@@ -1,4 +1,4 @@
-"""Runs the command line as its users do: commonapi_test.py COMMAND SOURCES PLUGIN"""
+"""Runs the command line as its users do: commonapi_test.py SOURCES COMMAND PLUGIN"""
 import os
 import pathlib
 import pty
@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-command, sources, plugin = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3]
+sources, command, plugin = sys.argv[1:]
 KEY = ("--password-env", "PW")
 
 
@@ -73,16 +73,14 @@ class Command(unittest.TestCase):
         self.assertNotIn(b"secret", shown)
         self.assertIn(run("encrypt", *KEY, "a")[1].strip(), shown)
 
-    def test_a_full_disk_is_an_error(self):
+    def test_failures_of_the_system_are_reported(self):
         with open("/dev/full", "wb") as full:
             self.assertEqual(run("encrypt", *KEY, "x", stdout=full),
                              (1, None, "commonapi: the output cannot be written\n"))
-
-    def test_plugins(self):
-        self.assertEqual(run("plugin", plugin, "absent.so", cwd="/"),
-                         (1, f"{plugin}: Text Statistics 1.0\n".encode(),
-                          "commonapi: /absent.so: cannot open shared object file: No such file or"
-                          " directory\n"))
+        code, output, errors = run("plugin", plugin, "absent.so", cwd="/")
+        self.assertEqual((code, output.decode()), (1, f"{plugin}: Text Statistics 1.0\n"))
+        self.assertEqual(errors, "commonapi: /absent.so: cannot open shared object file: No such file"
+                                 " or directory\n")
 
     def test_manual_and_completion_know_every_option(self):
         names = set(re.findall(r"^  ([a-z-]+) ", run("--help")[1].decode(), re.MULTILINE))
@@ -90,7 +88,7 @@ class Command(unittest.TestCase):
         words = names.union(*(re.findall(r"--[a-z-]+", run(name, "--help")[1].decode())
                               for name in names))
         for file in ("commonapi.1", "commonapi.bash"):
-            text = (sources / "tools" / file).read_text().replace("\\-", "-")
+            text = pathlib.Path(sources, "tools", file).read_text().replace("\\-", "-")
             self.assertEqual([word for word in words if word not in text], [])
 
 

@@ -5,8 +5,6 @@
 #include <cerrno>
 #include <climits>
 
-namespace {
-
 TEST(TextUtilities, NumbersShareOneBuffer) {
     char const* const first = itoa(INT_MIN);
     EXPECT_STREQ(first, "-2147483648");
@@ -25,7 +23,7 @@ TEST(TextUtilities, StrtofNeverFindsANumber) {
 
 TEST(TextUtilities, LooksUpSortedNames) {
     char const* names[] = {"B", "D", "F", "H", "J", "L", "N", "P"};
-    for (int count = -1; count <= 7; ++count) {
+    for (int count = -1; count <= 7; ++count)
         for (char letter = 'A'; letter <= 'Q'; ++letter) {
             // The entry after the last one is compared too, and entry 0 even in an empty table.
             int const index = (letter - 'B') / 2;
@@ -34,10 +32,7 @@ TEST(TextUtilities, LooksUpSortedNames) {
             EXPECT_EQ(ParseAttributeList_LowLevel(names, count, name.c_str()), found ? index : -1)
                 << name << " of " << count;
         }
-    }
     UnicodeString name(L"D");
     EXPECT_EQ(ParseAttributeList_LowLevel(names, 3, name), 1);
     EXPECT_EQ(ParseAttributeList_LowLevel(names, 3, static_cast<char const*>(nullptr)), -1);
 }
-
-}  // namespace

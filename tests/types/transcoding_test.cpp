@@ -11,18 +11,13 @@
 
 #include "support/child_process.h"
 
-namespace {
-
-int opened = 0;
-int closed = 0;
-std::string refused;  // what no converter can be opened to
+static int opened = 0, closed = 0;
+static std::string refused;  // what no converter can be opened to
 
 template <class Function>
-Function* Real(Function*, char const* name) {
+static Function* Real(Function*, char const* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
-
-}  // namespace
 
 // These stand in front of the conversion library's, to count and to fail.
 extern "C" iconv_t iconv_open(char const* to, char const* from) {
@@ -35,8 +30,6 @@ extern "C" int iconv_close(iconv_t converter) {
     ++closed;
     return Real(iconv_close, "iconv_close")(converter);
 }
-
-namespace {
 
 TEST(Transcoding, OpensEachConverterOnceAndClosesAllAtExit) {
     ChildResult const child = RunInChild([] {
@@ -52,9 +45,8 @@ TEST(Transcoding, OpensEachConverterOnceAndClosesAllAtExit) {
     EXPECT_EQ(child.output, "base 2, UTF-8 2, ISO-8859-1 3, ISO-8859-1 3, none 4, none 5,closed 3");
 }
 
-void PrintDerivedForms() {
-    UnicodeString narrow("abc");
-    UnicodeString wide(L"abc");
+static void PrintDerivedForms() {
+    UnicodeString narrow("abc"), wide(L"abc");
     std::printf("%ls,%s;", narrow.wc_str(), wide.c_str());
 }
 
@@ -111,13 +103,10 @@ TEST(Transcoding, CountsAreInBytes) {
 }
 
 TEST(Transcoding, LongTextsConvertWhole) {
-    for (std::size_t const length : {16383u, 16384u, 65534u, 65535u, 65536u, 200000u}) {
+    for (std::size_t const length : {16383u, 16384u, 65534u, 65535u, 65536u, 200000u})
         for (wchar_t const character : {L'x', L'\U0001F600'}) {
             std::wstring const wide(length, character);
             std::string const narrow = UnicodeString(wide.c_str()).c_str();
             EXPECT_TRUE(UnicodeString(narrow).wc_str() == wide) << length;
         }
-    }
 }
-
-}  // namespace

@@ -1,17 +1,14 @@
 #include <CommonAPI/unicode_string.h>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <clocale>
 #include <sstream>
 #include <stdexcept>
 #include <tuple>
-
-namespace {
+#include <vector>
 
 TEST(UnicodeString, DerivesTheMissingForm) {
-    UnicodeString narrow("a\u00e9\u20ac\U0001F600");
-    UnicodeString wide(L"a\u00e9\u20ac\U0001F600");
+    UnicodeString narrow("a\u00e9\u20ac\U0001F600"), wide(L"a\u00e9\u20ac\U0001F600"), none;
     EXPECT_EQ(narrow.length(), 10);
     EXPECT_EQ(narrow.compare(L"", true), -1);  // no wide form is held yet
     EXPECT_TRUE(narrow == wide);
@@ -22,13 +19,12 @@ TEST(UnicodeString, DerivesTheMissingForm) {
     std::ostringstream stream;
     stream << wide;
     EXPECT_EQ(stream.str(), narrow.c_str());
-    UnicodeString none;
     EXPECT_TRUE(none.empty() && !none);
     EXPECT_EQ(none.length(), -1);
     EXPECT_EQ(std::string(none.c_str()) + UnicodeString("ISO-8859-1", "\xe9").c_str(), "\xe9");
 }
 
-void Throw(UnicodeString& text) {
+static void Throw(UnicodeString& text) {
     EXPECT_THROW(text.erase(3, 1), std::out_of_range);
     EXPECT_THROW(text.insert("q", 3, -1), std::out_of_range);
     EXPECT_THROW(text.substr(3, 1), std::out_of_range);
@@ -39,13 +35,10 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
     static wchar_t const* const noWide = nullptr;
     static std::string const zero("c\0d", 3);
     static std::string const blanks(509, ' ');
-    struct {
-        char const* narrow;   // null: not held
-        wchar_t const* wide;  // null: not held
-        void (*change)(UnicodeString&);
-        std::string expectedNarrow;
-        wchar_t const* expectedWide;
-    } const rows[] = {
+    // The forms, null where not held, the change, and the forms after it.
+    using Row = std::tuple<char const*, wchar_t const*, void (*)(UnicodeString&), std::string,
+                           wchar_t const*>;
+    std::vector<Row> const rows = {
         {"ab", L"xy", [](auto& t) { t = "q"; }, "q", L"xy"},
         {"ab", L"xy", [](auto& t) { t = zero; }, "c", L"xy"},
         {"ab", L"xy", [](auto& t) { t = L"q"; }, "ab", L"q"},
@@ -69,18 +62,18 @@ TEST(UnicodeString, ChangesTheFormsAsStated) {
         {"hello", nullptr, [](auto& t) { t.erase(0, 1); }, "", nullptr},
         {"ab", L"xy", Throw, "ab", L"xy"},
     };
-    for (auto const& row : rows) {
+    for (auto const& [narrow, wide, change, expectedNarrow, expectedWide] : rows) {
         UnicodeString text;
-        if (row.narrow)
-            text = row.narrow;
-        if (row.wide)
-            text = row.wide;
-        row.change(text);
+        if (narrow)
+            text = narrow;
+        if (wide)
+            text = wide;
+        change(text);
         UnicodeString copy(text);
         text.clear();
         text = copy;
-        EXPECT_EQ(text.compare(row.expectedWide, true), 0) << "row " << &row - rows;
-        EXPECT_EQ(text.c_str(), row.expectedNarrow) << "row " << &row - rows;
+        EXPECT_EQ(text.compare(expectedWide, true), 0) << expectedNarrow;
+        EXPECT_EQ(text.c_str(), expectedNarrow);
     }
 }
 
@@ -101,9 +94,7 @@ TEST(UnicodeString, Compares) {
 }
 
 TEST(UnicodeString, FindsInOneFormOnly) {
-    UnicodeString wide(L"abcabc");
-    UnicodeString narrow("abcabc");
-    UnicodeString pattern("ca");
+    UnicodeString wide(L"abcabc"), narrow("abcabc"), pattern("ca");
     long const found[] = {wide.find('b', 0),    wide.find(L'b'),     wide.find(L"ca"),
                           wide.find(pattern),   narrow.find('b', 2), narrow.find("ca", 0),
                           narrow.find("ca", 3), narrow.find(L'b')};
@@ -118,5 +109,3 @@ TEST(UnicodeString, FoldedComparisonStopsAtTheFirstTextsLength) {
           Row{L"b", L"A", 1}, Row{L"A", L"b", -1}, Row{L"\u00e9", L"\u00c9", 0}})
         EXPECT_EQ(CommonAPI::wcscasecmp(a, b), expected) << a << " / " << b;
 }
-
-}  // namespace
