@@ -66,7 +66,7 @@ void Spdlog(benchmark::State& state, bool zone) {
     logger->flush_on(spdlog::level::trace);
     for (auto _ : state)
         logger->info(text);
-    spdlog::drop_all();
+    spdlog::drop("Client");
     std::filesystem::remove(LogFile("spdlog"));
 }
 #endif

@@ -1,5 +1,5 @@
 /// Crashes a child process many times in each of several ways and prints, as the table of
-/// docs/fatal_signals.md, how often the process ended with status 0, the log held a whole report,
+/// docs/behaviour.md, how often the process ended with status 0, the log held a whole report,
 /// and the log ended with the logger's closing line: signal_reports [CRASHES
 /// [PART_OF_A_ROWS_NAME]]
 #include <CommonAPI/logging.h>
@@ -14,12 +14,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <regex>
 #include <string>
 #include <thread>
-
-#include "support/child_process.h"
 
 namespace {
 
@@ -186,19 +187,23 @@ bool HasReport(std::string const& log) {
 
 Counts Measure(Row const& row, int crashes) {
     Counts counts = {};
+    std::string const path =
+        std::filesystem::temp_directory_path() / ("signal_reports" + std::to_string(getpid()));
     for (int i = 0; i < crashes; ++i) {
-        std::FILE* const file = std::tmpfile();
+        unlink(path.c_str());
         pid_t const child = fork();
         if (child == 0)
-            RunChild(row, "/dev/fd/" + std::to_string(fileno(file)));
+            RunChild(row, path);
         bool stuck = false;
         int const status = WaitForEnd(child, stuck);
-        std::string const log = Take(file);
+        std::ifstream file(path);
+        std::string const log(std::istreambuf_iterator<char>(file), {});
         counts.stuck += stuck;
         counts.status += !stuck && WIFEXITED(status) && WEXITSTATUS(status) == 0;
         counts.report += HasReport(log);
         counts.closing += log.find("\nTerminating logging facility\n") != std::string::npos;
     }
+    unlink(path.c_str());
     return counts;
 }
 

@@ -1,5 +1,5 @@
 """Uses the library as other projects do, the installed one after it was moved to a path with a blank:
-consumers_test.py SOURCES BUILD COMPILER FLAGS"""
+consumers_test.py SOURCES BUILD COMPILER FLAG..."""
 import os
 import pathlib
 import shlex
@@ -8,7 +8,7 @@ import sys
 import tempfile
 
 sources, build = map(pathlib.Path, sys.argv[1:3])
-compiler, flags = sys.argv[3], sys.argv[4]
+compiler, flags = sys.argv[3], " ".join(sys.argv[4:])
 program = sources / "examples/first_program.cpp"
 
 
