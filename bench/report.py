@@ -76,7 +76,7 @@ def print_goals(times):
         least = next((name for _, name in peers if not against or name in against), None)
         for time, name in peers:
             ratio = time / measured[ours]
-            verdict = ("met" if ratio >= goal else "NOT MET") if name == least else ""
+            verdict = ("met" if round(ratio, 2) >= round(goal, 2) else "NOT MET") if name == least else ""
             print(row.format(f"{service} {argument}".strip(), ours, f"{measured[ours]:.1f}", name,
                              f"{time:.1f}", f"{ratio:.2f}", f"{goal:.2f}" if verdict else "",
                              verdict))

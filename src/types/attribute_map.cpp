@@ -4,6 +4,7 @@
 #include <strings.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <iterator>
 
@@ -24,7 +25,7 @@ AttributeMap::~AttributeMap() = default;
 AttributeMap& AttributeMap::operator=(AttributeMap const& other) = default;
 
 UnicodeString* AttributeMap::findValue(std::string const& key) {
-    if (key.find('\0') != std::string::npos)
+    if (std::memchr(key.data(), '\0', key.size()))
         return findValue(std::string(key.c_str()));
     auto const entry = attributes.find(key);
     return entry == attributes.end() ? nullptr : &entry->second;

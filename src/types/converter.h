@@ -22,11 +22,12 @@ inline Converter OpenConverter(char const* to, char const* from) {
     return iconv_open(to, from);
 }
 
-inline std::size_t Convert(Converter converter, char const** input, std::size_t* inputLeft,
-                           char** output, std::size_t* outputLeft) {
+/// -1 for a failure.
+inline int Convert(Converter converter, char const** input, std::size_t* inputLeft, char** output,
+                   std::size_t* outputLeft) {
     // Declared without const, though the input is only read.
-    return iconv(static_cast<iconv_t>(converter), const_cast<char**>(input), inputLeft, output,
-                 outputLeft);
+    return static_cast<int>(iconv(static_cast<iconv_t>(converter), const_cast<char**>(input),
+                                  inputLeft, output, outputLeft));
 }
 
 /// Does nothing for a null converter.

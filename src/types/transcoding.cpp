@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <limits>
 #include <map>
 #include <memory>
@@ -22,6 +23,10 @@ char const* const keySeparator = "-->";
 constexpr std::size_t scratchLength = 65536;
 char narrowScratch[scratchLength];
 wchar_t wideScratch[scratchLength];
+
+/// How much of the wide area is filled at a time: what stays in the nearest cache while it is
+/// copied and cleared.
+constexpr std::size_t wideChunk = 4096;
 
 bool baseTranscodersReady = false;
 bool transcodersClosed = false;
@@ -51,48 +56,6 @@ bool OpenBase(Converter& converter, char const* to, char const* from) {
 bool CanConvert(Converter converter) {
     return converter && converter != FailedConverter() && !transcodersClosed;
 }
-
-/// Where a conversion puts its output: the scratch area, or memory of its own for what the area
-/// cannot hold together with a terminator.
-template <class Unit>
-class Output {
-public:
-    Output(Unit (&scratch)[scratchLength], std::size_t room)
-        : own(room < scratchLength ? nullptr : new Unit[room]),
-          begin(own ? own.get() : scratch),
-          end(reinterpret_cast<char*>(begin)),
-          bytesLeft(room * sizeof(Unit)) {}
-
-    /// No text stays behind in a scratch area.
-    ~Output() {
-        if (!own)
-            std::memset(begin, 0, length() * sizeof(Unit));
-    }
-
-    Output(Output const&) = delete;
-    Output& operator=(Output const&) = delete;
-
-    std::size_t convert(Converter converter, char const** input, std::size_t* inputLeft) {
-        return Convert(converter, input, inputLeft, &end, &bytesLeft);
-    }
-
-    /// Like a C string, the text ends at its first zero, which it can only have from the input.
-    void assignTo(std::basic_string<Unit>& text, bool inputHoldsZero) const {
-        Unit const* const zero =
-            inputHoldsZero ? std::char_traits<Unit>::find(begin, length(), Unit()) : nullptr;
-        text.assign(begin, zero ? static_cast<std::size_t>(zero - begin) : length());
-    }
-
-private:
-    std::size_t length() const {
-        return static_cast<std::size_t>(reinterpret_cast<Unit*>(end) - begin);
-    }
-
-    std::unique_ptr<Unit[]> own;
-    Unit* begin;
-    char* end;
-    std::size_t bytesLeft;
-};
 
 }  // namespace
 
@@ -125,14 +88,19 @@ void UnicodeString::instantiateTargetTranscoder(char const* first, char const* s
 char const* UnicodeString::transcodeMessage(wchar_t const* text, unsigned int count) {
     startTranscoding();
     narrowString.clear();
-    if (CanConvert(wideToUtf8Transcoder)) {
-        Output<char> output(narrowScratch, std::size_t(count) + 1);
-        auto input = reinterpret_cast<char const*>(text);
-        std::size_t inputLeft = count;
-        std::size_t const result = output.convert(wideToUtf8Transcoder, &input, &inputLeft);
-        if (!transcodingError(static_cast<int>(result)))
-            output.assignTo(narrowString, true);
-    }
+    if (!CanConvert(wideToUtf8Transcoder))
+        return narrowString.c_str();
+
+    std::size_t room = std::size_t(count) + 1;
+    std::unique_ptr<char[]> const own(room < scratchLength ? nullptr : new char[room]);
+    char* const begin = own ? own.get() : narrowScratch;
+    char* end = begin;
+    auto input = reinterpret_cast<char const*>(text);
+    std::size_t inputLeft = count;
+    if (!transcodingError(Convert(wideToUtf8Transcoder, &input, &inputLeft, &end, &room)))
+        narrowString.assign(begin, strnlen(begin, static_cast<std::size_t>(end - begin)));
+    if (!own)
+        std::memset(begin, 0, static_cast<std::size_t>(end - begin));
     return narrowString.c_str();
 }
 
@@ -144,17 +112,26 @@ wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int co
     if (count == std::numeric_limits<unsigned int>::max())
         count = static_cast<unsigned int>(std::strlen(text));
     wideString.clear();
-    if (CanConvert(utf8ToWideTranscoder)) {
-        Output<wchar_t> output(wideScratch, count);
-        std::size_t inputLeft = count;
-        bool failed = false;
-        // Text that ends inside a sequence is not an error: the loop then waits for ever.
-        while (inputLeft != 0 && !failed)
-            failed = transcodingError(
-                static_cast<int>(output.convert(utf8ToWideTranscoder, &text, &inputLeft)));
-        if (!failed)
-            output.assignTo(wideString, count > narrowString.size());
+    if (!CanConvert(utf8ToWideTranscoder))
+        return wideString.c_str();
+
+    wideString.reserve(count);
+    std::size_t inputLeft = count;
+    bool failed = false;
+    // Text that ends inside a sequence is not an error: the loop then waits for ever.
+    while (inputLeft != 0 && !failed) {
+        auto const begin = reinterpret_cast<char*>(wideScratch);
+        char* end = begin;
+        std::size_t room = wideChunk * sizeof(wchar_t);
+        failed = transcodingError(Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room));
+        auto const size = static_cast<std::size_t>(end - begin);
+        wideString.append(wideScratch, size / sizeof(wchar_t));
+        std::memset(begin, 0, size);
     }
+    if (failed)
+        wideString.clear();
+    else if (count > narrowString.size())  // like a C string, the text ends at its first zero
+        wideString.resize(std::wcslen(wideString.c_str()));
     return wideString.c_str();
 }
 
