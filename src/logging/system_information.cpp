@@ -82,12 +82,14 @@ private:
 class TimeSetting {
 public:
     bool stays(std::time_t now, char const* format) {
-        // None of the three may be left out of the comparison, so that each keeps the latest.
-        bool const same = formats.stays(format) & zones.stays(std::getenv("TZ")) &
-                          locales.stays(setlocale(LC_TIME, nullptr));
+        // Each is asked, so that each keeps the latest.
+        bool const sameFormat = formats.stays(format);
+        bool const sameZone = zones.stays(std::getenv("TZ"));
+        bool const sameLocale = locales.stays(setlocale(LC_TIME, nullptr));
         // A thread's own locale has no name to compare.
         bool const named = uselocale(locale_t()) == LC_GLOBAL_LOCALE;
-        return (std::exchange(second, named ? now : -1) == now) & same & named;
+        bool const sameSecond = std::exchange(second, named ? now : -1) == now;
+        return sameSecond && named && sameFormat && sameZone && sameLocale;
     }
 
 private:
