@@ -20,3 +20,11 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE COMMONAPI_PC_TO_PREFIX)
 configure_file(cmake/CommonAPI.pc.in CommonAPI.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/CommonAPI.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(BUILD_SHARED_LIBS)
+    # gdb finds it by the path of the library, which is known when it is installed.
+    install(CODE "cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX OUTPUT_VARIABLE prefix)")
+    install(FILES ${PROJECT_SOURCE_DIR}/src/types/gdb_printers.py
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${prefix}/${CMAKE_INSTALL_LIBDIR}
+        RENAME $<TARGET_FILE_NAME:CommonAPI>-gdb.py)
+endif()
