@@ -21,6 +21,8 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
 configure_file(cmake/CommonAPI.pc.in CommonAPI.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/CommonAPI.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
+install(FILES ${PROJECT_SOURCE_DIR}/packaging/lnav/commonapi_log.json
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/CommonAPI/lnav)
 if(BUILD_SHARED_LIBS)
     # gdb finds it by the path of the library, which is known when it is installed.
     install(CODE "cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX OUTPUT_VARIABLE prefix)")
