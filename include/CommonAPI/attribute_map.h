@@ -26,9 +26,12 @@ class AbstractAttributeMap {};
 /// key counts as a change, and so does a reader of a value whose narrow form must still be derived.
 class COMMONAPI_EXPORT AttributeMap : public AbstractAttributeMap {
 public:
+    /// Without entries.
     AttributeMap();
+    /// Copies all entries, with both forms of their values.
     AttributeMap(AttributeMap const& other) = default;
     ~AttributeMap();
+    /// Replaces all entries by copies of those of `other`, with both forms of their values.
     AttributeMap& operator=(AttributeMap const& other);
 
     /// @name Readers by key
@@ -38,6 +41,7 @@ public:
 
     /// Empties `value` when the key is absent.
     bool loadMapVariable(std::string const& key, UnicodeString& value);
+    /// Copies both forms, of the entry or of the default.
     bool loadMapVariable(std::string const& key, UnicodeString& value,
                          UnicodeString const& defaultValue);
     /// True for the text "True" in any case, false for every other text.
@@ -62,8 +66,11 @@ public:
     /// that one, every later caller with a position that is not valid gets.
     UnicodeString& operator[](long position);
 
+    /// Removes all entries. Texts and values that were handed out are no longer valid.
     void clear();
+    /// True without entries.
     bool empty() const;
+    /// The number of entries.
     long size() const;
 
     /// Writes each entry as a line, key, " == ", value, to standard output.
@@ -71,6 +78,7 @@ public:
 
     /// Copies the entry at `position`. False, with nothing written, when that is not valid.
     bool fetchAttributeValueByIndex(long const& position, std::string& key, UnicodeString& value);
+    /// The same, with the narrow form of the value.
     bool fetchAttributeValueByIndex(long const& position, std::string& key, std::string& value);
     /// Sets `it` to the entry at `position`. False, with `it` unchanged, when that is not valid.
     bool fetchIteratorByIndex(long const& position,

@@ -23,12 +23,13 @@
 /// Threads: an object that is keyed and no longer changed may serve several threads. The memory
 /// that the block functions read depends on the data, which an attacker on the same machine may
 /// observe; so it does in `encryptData` and `decryptData`, except on processors for which the
-/// library has a kernel without that property (see docs/encryption.md).
+/// library has a kernel without that property (see [Encryption](docs/encryption.md)).
 class COMMONAPI_EXPORT Blowfish {
 public:
     /// One half of a block.
     typedef unsigned int Word;
 
+    /// With the initial tables.
     Blowfish();
     ~Blowfish();
 

@@ -23,9 +23,11 @@
 /// be used from two threads at once, not even for reading.
 class COMMONAPI_EXPORT ByteArray {
 public:
+    /// Empty.
     ByteArray();
     /// The characters of `text` without its terminator; a null pointer gives an empty buffer.
     ByteArray(char const* text);
+    /// A deep copy.
     ByteArray(ByteArray const& other) = default;
 
     /// Replaces the content by a copy of `other`. Assigning a buffer to itself leaves it empty.
@@ -37,6 +39,7 @@ public:
     /// Replaces the content by the low 8 bits of each integer.
     ByteArray& operator=(std::vector<int> const& values);
 
+    /// Appends one byte.
     ByteArray& operator+=(unsigned char const& byte);
     /// Appends every character of `text`, zero characters included.
     ByteArray& operator+=(std::string const& text);
@@ -47,9 +50,11 @@ public:
     /// Appends `count` bytes read from `data`, which must not lie inside this buffer.
     void append(void const* data, long const& count);
 
+    /// The number of bytes.
     long size() const;
     /// The same as `size()`.
     long length() const;
+    /// True when `size()` is 0.
     bool empty() const;
 
     /// The byte at `index`, by value: to change it use `assign`. REQUIRES: 0 <= index < size().

@@ -16,8 +16,8 @@
 /// |---|---|
 /// | 2 | no encryption, the default: everything is copied and succeeds |
 /// | 3 | Blowfish, keyed with the bytes given |
-/// | 4 | Blowfish, keyed with the bytes given after they were decrypted under a built-in passphrase
-/// | | other | buffers are copied; texts stay untouched; everything succeeds |
+/// | 4 | Blowfish, keyed with what the bytes given decrypt to under a built-in passphrase |
+/// | other | buffers are copied; texts stay untouched; everything succeeds |
 ///
 /// In modes 3 and 4 a password ends at its first zero byte, and an empty one leaves the cipher with
 /// its initial tables. Encrypted text is upper-case hexadecimal, two characters a byte, in
@@ -33,6 +33,7 @@
 /// `initializeAPI` must not run at the same time as anything else on the object.
 class COMMONAPI_EXPORT EncryptionAPI {
 public:
+    /// In mode 2.
     EncryptionAPI();
     ~EncryptionAPI();
 

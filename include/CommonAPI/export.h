@@ -3,6 +3,7 @@
 #ifndef COMMONAPI_EXPORT_H
 #define COMMONAPI_EXPORT_H
 
+/// Before a declaration: seen outside the library.
 #define COMMONAPI_EXPORT __attribute__((visibility("default")))
 
 #endif

@@ -30,6 +30,7 @@ extern COMMONAPI_EXPORT std::string LogMessageBuffer;
 /// them, the global threshold is 1; settings of an earlier initialisation stay in force if none are
 /// given.
 ///
+/// @param logFilePath as `fopen` takes it.
 /// @param settings may be null.
 /// @param applicationName is named in the header; may be null.
 /// @param redirectStderr makes descriptor 2 write into the log file from then on.

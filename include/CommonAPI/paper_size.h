@@ -10,16 +10,17 @@
 
 /// A paper size. Points and millimetres are independent figures: nothing converts or compares them.
 struct PaperSizeData {
-    std::string name;
-    int widthPts;
-    int heightPts;
-    float widthMM;
-    float heightMM;
+    std::string name;  ///< The key of the record.
+    int widthPts;      ///< In points.
+    int heightPts;     ///< In points.
+    float widthMM;     ///< In millimetres.
+    float heightMM;    ///< In millimetres.
 };
 
 /// Orders names byte by byte: "A4" and "a4" differ.
 class COMMONAPI_EXPORT StringCompareClass {
 public:
+    /// True when `a` comes before `b`.
     bool operator()(std::string a, std::string b) const;
 };
 

@@ -21,10 +21,11 @@ extern "C" {
 ///
 /// Handlers run on the stack of the thread that the signal interrupted and may log, though nothing
 /// that logging does is safe there: it is done because the process is ending. See
-/// docs/fatal_signals.md for what that leaves undone. What a report needs is set aside by the first
-/// call, so that it asks the allocator for nothing.
+/// [Fatal signals](docs/fatal_signals.md) for what that leaves undone. What a report needs is set
+/// aside by the first call, so that it asks the allocator for nothing.
 ///
 /// @param signalNumber from 1 to 63.
+/// @param handler may be null.
 /// @return false for any other number; false, with "Couldn't trap Signal " and the number on
 /// standard output, when the system refuses it.
 ///

@@ -20,6 +20,7 @@ extern COMMONAPI_EXPORT char const* const pFalseString;
 /// Decimal text in one static buffer, which the next call of either overload overwrites. Not for
 /// use from several threads at once.
 COMMONAPI_EXPORT char* itoa(int value);
+/// The same for a `long`.
 COMMONAPI_EXPORT char* itoa(long value);
 
 /// The index of `name` in `names`, which holds `count` texts sorted by `strcmp`, or -1; also -1 for

@@ -36,13 +36,18 @@ class AbstractUnicodeString {};
 /// those of distinct objects.
 class COMMONAPI_EXPORT UnicodeString : public AbstractUnicodeString {
 public:
+    /// Holds neither form.
     UnicodeString();
     /// Opens, or finds, the converter from `encoding` to wide characters. `text` is not converted:
     /// it becomes the narrow form, byte for byte.
     UnicodeString(char const* encoding, char const* text);
+    /// Holds the narrow form only.
     UnicodeString(char const* text);
+    /// The same, with the text up to its first zero character.
     UnicodeString(std::string const& text);
+    /// Holds the wide form only.
     UnicodeString(wchar_t const* text);
+    /// Copies both forms.
     UnicodeString(UnicodeString const& other);
     ~UnicodeString();
 
@@ -100,6 +105,7 @@ public:
     /// quarter.
     std::string substr(long const& position, long const& count);
 
+    /// True when `c_str()` and `text` are equal, byte by byte.
     bool operator==(char const* text);
     /// Compares the wide forms, deriving those that are missing.
     bool operator==(UnicodeString& other);
@@ -111,11 +117,14 @@ public:
     /// form is held: 0 for a null `text`, else -1. If one is held and `text` is null: 1.
     int compare(wchar_t const* text, bool caseSensitive);
 
-    /// Position of the first match in the narrow form as it stands, in bytes, or -1.
+    /// Position of the first match in the narrow form as it stands, in bytes, or -1. The search
+    /// starts at `position`.
     long find(char c, long const& position);
+    /// The same for a text.
     long find(char const* text, long const& position);
     /// Position of the first match in the wide form as it stands, in characters, or -1.
     long find(wchar_t c);
+    /// The same for a text.
     long find(wchar_t const* text);
     /// The same for the wide form of `other`, which is derived if missing.
     long find(UnicodeString& other);
