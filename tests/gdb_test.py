@@ -1,9 +1,9 @@
-"""Prints values as users of the installed library do: gdb_test.py SOURCES BUILD LIB GDB COMPILER FLAG..."""
+"""Prints values as users of the installed library do: gdb_test.py SOURCES BUILD LIB COMPILER FLAG..."""
 import subprocess
 import sys
 import tempfile
 
-_, build, lib, gdb, compiler, *flags = sys.argv[1:]
+_, build, lib, compiler, *flags = sys.argv[1:]
 PROGRAM = """#include <CommonAPI/attribute_map.h>
 #include <CommonAPI/byte_array.h>
 int main() { ByteArray nothing, bytes; bytes.append("a\\0ü", 4); UnicodeString neither, wide(L"Grüße");
@@ -17,10 +17,9 @@ map = AttributeMap of length 2 = {["C"] = UnicodeString, no form, ["ü"] = Unico
 with tempfile.TemporaryDirectory() as place:
     subprocess.check_output(["cmake", "--install", build, "--strip", "--prefix", place])
     subprocess.run([compiler, *" ".join(flags).split(), "-g", "-O0", "-fno-eliminate-unused-debug-types",
-                    f"-I{place}/include", "-xc++", "-", f"-L{place}/{lib}", f"-Wl,-rpath,{place}/{lib}",
-                    "-lCommonAPI", f"-o{place}/program"], input=PROGRAM.encode(), check=True)
-    shown = subprocess.check_output([
-        "env", "LC_ALL=C.UTF-8", gdb, "-nx", "-batch", f"-iex=add-auto-load-safe-path {place}", "-ex=run",
-        f"-iex=add-auto-load-scripts-directory {place}/share/gdb/auto-load", "-ex=info locals",
-        f"{place}/program"]).decode()
+                    "-xc++", "-", "-Iinclude", f"-L{lib}", f"-Wl,-rpath,{place}/{lib}", "-lCommonAPI"],
+                   input=PROGRAM.encode(), check=True, cwd=place)
+    shown = subprocess.check_output(
+        ["env", "LC_ALL=C.UTF-8", "gdb", "-nx", "-batch", f"-iex=add-auto-load-safe-path {place}", "-ex=run",
+         f"-iex=add-auto-load-scripts-directory {place}/share/gdb/auto-load", "-ex=info locals", "a.out"], cwd=place).decode()
 sys.exit(0 if EXPECTED + ' only = {narrow = "5"}}\n' in shown else f"{shown}\nis not:\n{EXPECTED}...")
