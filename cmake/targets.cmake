@@ -1,9 +1,18 @@
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection COMMONAPI_HAS_CF_PROTECTION)
+
 # What every target of ours is compiled with; nothing of it reaches those who link the library.
 function(commonapi_compile_defaults target)
     target_compile_features(${target} PRIVATE cxx_std_20)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
         -Wcast-qual -Wformat-security -Wundef)
+    set(release $<NOT:$<CONFIG:Debug>>)
+    target_compile_definitions(${target} PRIVATE $<${release}:_GLIBCXX_ASSERTIONS>)
+    target_compile_options(${target} PRIVATE
+        "$<${release}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong>"
+        "$<$<AND:${release},$<BOOL:${COMMONAPI_HAS_CF_PROTECTION}>>:-fcf-protection>")
+    target_link_options(${target} PRIVATE "$<${release}:LINKER:-z,relro,-z,now>")
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
 endfunction()
 
@@ -19,5 +28,6 @@ function(commonapi_add_objects target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    target_compile_definitions(${target} PRIVATE $<$<BOOL:${COMMONAPI_HARDENED}>:COMMONAPI_HARDENED>)
     set_property(GLOBAL APPEND PROPERTY COMMONAPI_OBJECTS $<TARGET_OBJECTS:${target}>)
 endfunction()

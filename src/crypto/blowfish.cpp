@@ -8,6 +8,7 @@
 #include "crypto/blowfish_rounds.h"
 #include "crypto/wipe.h"
 #include "types/byte_array_access.h"
+#include "types/requirement.h"
 
 using namespace CommonAPI::internal;
 
@@ -61,7 +62,7 @@ bool Blowfish::setPassword(char const* password) {
 }
 
 void Blowfish::generateSubKeys(char const* key) {
-    if (*key != '\0')
+    if (*NotNull(key, "Blowfish::generateSubKeys") != '\0')
         ScheduleBlowfishKey(key, std::strlen(key), subkeys, sboxes);
 }
 

@@ -15,9 +15,11 @@
 
 #include "logging/logger_state.h"
 #include "types/early_static.h"
+#include "types/requirement.h"
 
 COMMONAPI_EARLY_STATIC std::string LogMessageBuffer;
 
+using CommonAPI::internal::NotNull;
 using CommonAPI::internal::WriteToLog;
 
 namespace {
@@ -146,6 +148,8 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
 }
 
 void LogMessage(int level, char const* name, char const* text) {
+    NotNull(name, "LogMessage");
+    NotNull(text, "LogMessage");
     if (!Passes(level, name))
         return;
 

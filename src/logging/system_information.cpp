@@ -16,6 +16,9 @@
 #include <utility>
 
 #include "logging/logger_state.h"
+#include "types/requirement.h"
+
+using CommonAPI::internal::NotNull;
 
 namespace {
 
@@ -122,6 +125,7 @@ void CaptureInitialLogInfo(char const* applicationName) {
 }
 
 void GetCurrentTime(std::string& out, char const* format) {
+    NotNull(format, "GetCurrentTime");
     static std::time_t now;
     static char text[512];
     static TimeSetting setting;
@@ -171,6 +175,7 @@ void GetLocalHostname(std::string& out) {
 bool SetEnvironmentVariable(char* name, char* value) {
     if (!name)
         return false;
+    NotNull(value, "SetEnvironmentVariable");
     std::size_t const size = std::strlen(name) + std::strlen(value) + 1;
     char* const entry = reinterpret_cast<char*>(new EnvironmentCharacter[size]());
     std::snprintf(entry, size + 1, "%s=%s", name, value);

@@ -2,6 +2,8 @@
 
 #include <CommonAPI/logging.h>
 
+#include "types/requirement.h"
+
 namespace {
 
 constexpr int warning = 3;
@@ -31,6 +33,7 @@ PaperSizeData const* PaperSize::findMediaDataByKey(std::string key) {
 }
 
 void PaperSize::addPaperSizeToList(PaperSizeData const* data) {
+    CommonAPI::internal::NotNull(data, "PaperSize::addPaperSizeToList");
     sizes.insert_or_assign(data->name, data);
     Log(information, "addPaperSizeToList: Paper size added:  ", data->name);
 }

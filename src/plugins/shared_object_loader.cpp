@@ -3,6 +3,10 @@
 #include <CommonAPI/logging.h>
 #include <dlfcn.h>
 
+#include "types/requirement.h"
+
+using CommonAPI::internal::NotNull;
+
 namespace {
 
 constexpr int fatal = 1;
@@ -59,9 +63,9 @@ int CloseSharedLibrary(void* handle) {
 }
 
 void* FetchSymbol(char const* name) {
-    return dlsym(RTLD_DEFAULT, name);
+    return dlsym(RTLD_DEFAULT, NotNull(name, "FetchSymbol"));
 }
 
 void* FetchSharedLibraryResource(void* handle, char const* name) {
-    return dlsym(handle, name);
+    return dlsym(handle, NotNull(name, "FetchSharedLibraryResource"));
 }

@@ -4,8 +4,18 @@
 #include <cstring>
 
 #include "types/hexadecimal.h"
+#include "types/requirement.h"
+
+using CommonAPI::internal::Require;
 
 namespace {
+
+constexpr char const* outside = "position or count outside the buffer";
+
+void RequireSource(void const* data, long count, char const* call) {
+    Require(count >= 0, call, outside);
+    Require(data != nullptr || count == 0, call, "null pointer");
+}
 
 /// Appends what hexadecimal text stands for. Clean pairs are decoded in runs; the C library is
 /// asked about any other, because blanks, signs and prefixes count as numbers too.
@@ -121,6 +131,7 @@ ByteArray& ByteArray::operator+=(char const* text) {
 }
 
 void ByteArray::append(void const* data, long const& count) {
+    RequireSource(data, count, "ByteArray::append");
     insert(size(), data, count);
 }
 
@@ -137,10 +148,12 @@ bool ByteArray::empty() const {
 }
 
 unsigned char ByteArray::operator[](int index) {
+    Require(index >= 0 && index < size(), "ByteArray::operator[]", outside);
     return bytes.data()[index];
 }
 
 unsigned int ByteArray::at(long pos) {
+    Require(pos >= 0 && pos <= size() - 4, "ByteArray::at", outside);
     unsigned char const* const from = bytes.data() + pos;
     return static_cast<unsigned int>(from[0]) << 24 | static_cast<unsigned int>(from[1]) << 16 |
            static_cast<unsigned int>(from[2]) << 8 | static_cast<unsigned int>(from[3]);
@@ -156,15 +169,18 @@ char const* ByteArray::operator*() {
 }
 
 void ByteArray::assign(void const* data, long const& count) {
+    RequireSource(data, count, "ByteArray::assign");
     auto const* const from = static_cast<unsigned char const*>(data);
     bytes.assign(from, from + count);
 }
 
 void ByteArray::assign(int const& pos, unsigned char const& value) {
+    Require(pos >= 0 && pos < size(), "ByteArray::assign", outside);
     bytes.data()[pos] = value;
 }
 
 void ByteArray::assign(int const& pos, unsigned int const& value) {
+    Require(pos >= 0 && pos <= size() - 4, "ByteArray::assign", outside);
     unsigned char* const to = bytes.data() + pos;
     to[0] = static_cast<unsigned char>(value >> 24);
     to[1] = static_cast<unsigned char>(value >> 16);
@@ -173,15 +189,19 @@ void ByteArray::assign(int const& pos, unsigned int const& value) {
 }
 
 void ByteArray::insert(long pos, void const* data, long count) {
+    Require(pos >= 0 && pos <= size(), "ByteArray::insert", outside);
+    RequireSource(data, count, "ByteArray::insert");
     auto const* const from = static_cast<unsigned char const*>(data);
     bytes.insert(bytes.begin() + pos, from, from + count);
 }
 
 void ByteArray::erase(long first, long last) {
+    Require(first >= 0 && first <= last && last <= size(), "ByteArray::erase", outside);
     bytes.erase(bytes.begin() + first, bytes.begin() + last);
 }
 
 void ByteArray::resize(long count, int fill) {
+    Require(count >= 0, "ByteArray::resize", outside);
     bytes.resize(static_cast<std::size_t>(count), static_cast<unsigned char>(fill));
 }
 
@@ -194,6 +214,7 @@ void ByteArray::clear() {
 }
 
 long ByteArray::find(ByteArray const& pattern, long start) {
+    Require(start >= 0, "ByteArray::find", outside);
     if (start >= size())
         return -1;
     if (pattern.empty())

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "types/requirement.h"
+
 char const* const pEmptyString = "";
 char const* const pTrueString = "True";
 char const* const pFalseString = "False";
@@ -26,6 +28,7 @@ char* itoa(long value) {
 int ParseAttributeList_LowLevel(char const** names, int count, char const* name) {
     if (!name)
         return -1;
+    CommonAPI::internal::NotNull(names, "ParseAttributeList_LowLevel");
 
     int low = 0;
     int high = count == 0 ? 1 : count;  // entry 0 is compared even in an empty table

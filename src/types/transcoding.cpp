@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "types/converter.h"
+#include "types/requirement.h"
 
 namespace {
 
@@ -73,6 +74,8 @@ void UnicodeString::startTranscoding() {
 }
 
 void UnicodeString::instantiateTargetTranscoder(char const* first, char const* second) {
+    NotNull(first, "UnicodeString::instantiateTargetTranscoder");
+    NotNull(second, "UnicodeString::instantiateTargetTranscoder");
     startTranscoding();
     // The source stands first here, so the pair UTF-8, WCHAR_T finds the base converter of the
     // opposite direction: harmless, as no target converter is ever used.
@@ -86,6 +89,7 @@ void UnicodeString::instantiateTargetTranscoder(char const* first, char const* s
 }
 
 char const* UnicodeString::transcodeMessage(wchar_t const* text, unsigned int count) {
+    NotNull(text, "UnicodeString::transcodeMessage");
     startTranscoding();
     narrowString.clear();
     if (!CanConvert(wideToUtf8Transcoder))
@@ -105,6 +109,7 @@ char const* UnicodeString::transcodeMessage(wchar_t const* text, unsigned int co
 }
 
 wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int count) {
+    NotNull(text, "UnicodeString::transcodeMessage");
     startTranscoding();
     // Mostly it is the narrow form that is converted, which need not be copied onto itself.
     if (text != narrowString.c_str() || std::strlen(text) != narrowString.size())
@@ -118,12 +123,14 @@ wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int co
     wideString.reserve(count);
     std::size_t inputLeft = count;
     bool failed = false;
-    // Text that ends inside a sequence is not an error: the loop then waits for ever.
     while (inputLeft != 0 && !failed) {
         auto const begin = reinterpret_cast<char*>(wideScratch);
         char* end = begin;
         std::size_t room = wideChunk * sizeof(wchar_t);
-        failed = transcodingError(Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room));
+        int const result = Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room);
+        // Text that ends inside a sequence is no error: but in the hardened library, the loop then
+        // waits for ever.
+        failed = transcodingError(result) || (hardened && result == -1 && errno == EINVAL);
         auto const size = static_cast<std::size_t>(end - begin);
         wideString.append(wideScratch, size / sizeof(wchar_t));
         std::memset(begin, 0, size);

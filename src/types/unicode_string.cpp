@@ -6,6 +6,10 @@
 #include <cwctype>
 #include <ostream>
 
+#include "types/requirement.h"
+
+using CommonAPI::internal::NotNull;
+
 namespace {
 
 constexpr std::size_t numberTextSize = 512;
@@ -23,22 +27,24 @@ std::size_t Index(long position) {
 UnicodeString::UnicodeString() : targetTranscoder(nullptr) {}
 
 UnicodeString::UnicodeString(char const* encoding, char const* text) : targetTranscoder(nullptr) {
-    instantiateTargetTranscoder(encoding, "WCHAR_T");
+    instantiateTargetTranscoder(NotNull(encoding, "UnicodeString"), "WCHAR_T");
     *this = text;
 }
 
-UnicodeString::UnicodeString(char const* text) : narrowString(text), targetTranscoder(nullptr) {}
+UnicodeString::UnicodeString(char const* text)
+    : narrowString(NotNull(text, "UnicodeString")), targetTranscoder(nullptr) {}
 
 UnicodeString::UnicodeString(std::string const& text) : UnicodeString(text.c_str()) {}
 
-UnicodeString::UnicodeString(wchar_t const* text) : wideString(text), targetTranscoder(nullptr) {}
+UnicodeString::UnicodeString(wchar_t const* text)
+    : wideString(NotNull(text, "UnicodeString")), targetTranscoder(nullptr) {}
 
 UnicodeString::UnicodeString(UnicodeString const& other) = default;
 
 UnicodeString::~UnicodeString() = default;
 
 UnicodeString& UnicodeString::operator=(char const* text) {
-    narrowString = text;
+    narrowString = NotNull(text, "UnicodeString::operator=");
     return *this;
 }
 
@@ -47,7 +53,7 @@ UnicodeString& UnicodeString::operator=(std::string const& text) {
 }
 
 UnicodeString& UnicodeString::operator=(wchar_t const* text) {
-    wideString = text;
+    wideString = NotNull(text, "UnicodeString::operator=");
     return *this;
 }
 
@@ -158,7 +164,7 @@ std::string UnicodeString::substr(long const& position, long const& count) {
 }
 
 bool UnicodeString::operator==(char const* text) {
-    return std::strcmp(c_str(), text) == 0;
+    return std::strcmp(c_str(), NotNull(text, "UnicodeString::operator==")) == 0;
 }
 
 bool UnicodeString::operator==(UnicodeString& other) {
@@ -167,11 +173,13 @@ bool UnicodeString::operator==(UnicodeString& other) {
 }
 
 int UnicodeString::compare(char const* text, bool caseSensitive) {
+    NotNull(text, "UnicodeString::compare");
     return caseSensitive ? std::strcmp(c_str(), text) : strcasecmp(c_str(), text);
 }
 
 int UnicodeString::compare(char const* text, long const& position, long const& count,
                            bool caseSensitive) {
+    NotNull(text, "UnicodeString::compare");
     char const* const start = c_str() + position;
     if (count == 0)
         return caseSensitive ? std::strcmp(start, text) : strcasecmp(start, text);
@@ -193,7 +201,7 @@ long UnicodeString::find(char c, long const& position) {
 }
 
 long UnicodeString::find(char const* text, long const& position) {
-    return static_cast<long>(narrowString.find(text, Index(position)));
+    return static_cast<long>(narrowString.find(NotNull(text, "UnicodeString::find"), Index(position)));
 }
 
 long UnicodeString::find(wchar_t c) {
@@ -201,7 +209,7 @@ long UnicodeString::find(wchar_t c) {
 }
 
 long UnicodeString::find(wchar_t const* text) {
-    return static_cast<long>(wideString.find(text));
+    return static_cast<long>(wideString.find(NotNull(text, "UnicodeString::find")));
 }
 
 long UnicodeString::find(UnicodeString& other) {
@@ -218,6 +226,8 @@ std::ostream& operator<<(std::ostream& stream, UnicodeString& text) {
 }
 
 int CommonAPI::wcscasecmp(wchar_t const* a, wchar_t const* b) {
+    NotNull(a, "wcscasecmp");
+    NotNull(b, "wcscasecmp");
     // Only as far as the first text goes; the second one's terminator is a difference before that.
     for (; *a != L'\0'; ++a, ++b) {
         auto const upperA = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(*a)));

@@ -18,7 +18,7 @@
 // they are forbidden, a signal interrupts the first conversion, and nothing more may call them.
 int forbidden = 0;
 
-#ifndef __SANITIZE_ADDRESS__
+#ifdef OWN_MALLOC
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* malloc(std::size_t size) {
     return forbidden ? std::_Exit(EXIT_FAILURE), nullptr : __libc_malloc(size);

@@ -10,6 +10,7 @@
 #include <map>
 
 #include "support/child_process.h"
+#include "types/requirement.h"
 
 static int opened = 0, closed = 0;
 static std::string refused;  // what no converter can be opened to
@@ -80,14 +81,15 @@ TEST(Transcoding, IllegalInputClearsOnlyTheFormBeingProduced) {
     }
 }
 
-TEST(Transcoding, TextCutInsideACharacterIsWaitedForForEver) {
+TEST(Transcoding, TextCutInsideACharacterIsWaitedForForEverUnlessHardened) {
     for (char const* const cut : {"\xc3", "ab\xe2\x82", "\xf0\x9f\x98"}) {
         ChildResult const child = RunInChild([&] {
             itimerval const limit = {{0, 0}, {0, 100000}};
             setitimer(ITIMER_VIRTUAL, &limit, nullptr);
-            UnicodeString(cut).wc_str();
+            std::printf("%ls", UnicodeString(cut).wc_str());
         });
-        EXPECT_EQ(child.status, -SIGVTALRM);
+        EXPECT_EQ(child.status, CommonAPI::internal::hardened ? 0 : -SIGVTALRM);
+        EXPECT_EQ(child.output, "");
     }
 }
 
