@@ -18,6 +18,9 @@ install(FILES ${PROJECT_BINARY_DIR}/CommonAPIConfig.cmake
 # From the folder of the .pc file back to the prefix, so that the installed tree can be moved.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE COMMONAPI_PC_TO_PREFIX)
+if(NOT Iconv_IS_BUILT_IN)
+    set(COMMONAPI_PC_ICONV "-liconv ")
+endif()
 configure_file(cmake/CommonAPI.pc.in CommonAPI.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/CommonAPI.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

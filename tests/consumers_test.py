@@ -39,6 +39,6 @@ with tempfile.TemporaryDirectory() as holder:
     outputs = (build_with_cmake("package", "find_package(CommonAPI 0.1 REQUIRED)",
                                 f"-DCMAKE_PREFIX_PATH={prefix}"),
                build_with_cmake("subdirectory", f"add_subdirectory({sources} CommonAPI)"),
-               run(folder / "program", LD_LIBRARY_PATH=str(library)))
+               run(folder / "program", LD_LIBRARY_PATH=f"{library}:{os.environ.get('LD_LIBRARY_PATH', '')}"))
 if outputs != ("9 characters: Grüße, 世界\n",) * 3:
     sys.exit(f"wrong output: {outputs}")

@@ -15,21 +15,19 @@
 static int opened = 0, closed = 0;
 static std::string refused;  // what no converter can be opened to
 
-template <class Function>
-static Function* Real(Function*, char const* name) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
+#define TEXT_OF(name) #name
+#define REAL(name) reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, TEXT_OF(name)))
 
 // These stand in front of the conversion library's, to count and to fail.
 extern "C" iconv_t iconv_open(char const* to, char const* from) {
     ++opened;
     errno = EMFILE;
-    return to == refused ? reinterpret_cast<iconv_t>(-1) : Real(iconv_open, "iconv_open")(to, from);
+    return to == refused ? reinterpret_cast<iconv_t>(-1) : REAL(iconv_open)(to, from);
 }
 
 extern "C" int iconv_close(iconv_t converter) {
     ++closed;
-    return Real(iconv_close, "iconv_close")(converter);
+    return REAL(iconv_close)(converter);
 }
 
 TEST(Transcoding, OpensEachConverterOnceAndClosesAllAtExit) {
