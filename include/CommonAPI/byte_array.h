@@ -12,7 +12,8 @@
 /// A growable buffer of unsigned bytes.
 ///
 /// Positions and lengths are signed and counted in bytes from 0. No operation checks them, and none
-/// reports an error: a position or count outside the buffer is a mistake of the caller.
+/// reports an error: a position or count outside the buffer is a mistake of the caller, which ends
+/// the process where the library was built with COMMONAPI_HARDENED.
 ///
 /// Multi-byte access is big-endian: the word at position p takes the bytes p to p + 3, the most
 /// significant first.

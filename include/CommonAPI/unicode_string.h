@@ -26,7 +26,8 @@ class AbstractUnicodeString {};
 /// throws `std::out_of_range` (`insert`, `erase`, `substr`), or are not checked (`compare`, `[]`).
 ///
 /// Narrow text that ends inside a UTF-8 sequence must not be converted: the conversion to the wide
-/// form waits for the rest and does not return.
+/// form waits for the rest and does not return. Where the library was built with COMMONAPI_HARDENED
+/// it takes such text for illegal, and null texts that are not allowed end the process.
 ///
 /// Ownership: the object owns both forms, and what `c_str()` and `wc_str()` return is valid until
 /// the form changes. Converters belong to the process and are closed at its exit; a conversion
