@@ -13,7 +13,11 @@ function(commonapi_compile_defaults target)
         "$<${release}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong>"
         "$<$<AND:${release},$<BOOL:${COMMONAPI_HAS_CF_PROTECTION}>>:-fcf-protection>")
     target_link_options(${target} PRIVATE "$<${release}:LINKER:-z,relro,-z,now>")
-    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+    # What is shipped is the same wherever it was built.
+    foreach(folder ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR})
+        target_compile_options(${target} PRIVATE "$<${release}:-ffile-prefix-map=${folder}=.>")
+    endforeach()
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF BUILD_RPATH_USE_ORIGIN ON)
 endfunction()
 
 # An object library whose objects become part of the library and, hidden though they are, of the
