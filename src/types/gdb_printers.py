@@ -17,9 +17,9 @@ class ByteArrayPrinter:
     def children(self):
         if not self.length:
             return
-        shown = min(self.length, gdb.parameter("print elements") or 1)
+        shown = min(self.length, gdb.parameter("print elements") or self.length)
         memory = gdb.selected_inferior().read_memory(self.start, shown)
-        yield "hexadecimal", memory.tobytes().hex().upper() + "..." * (shown < 1)
+        yield "hexadecimal", memory.tobytes().hex().upper() + "..." * (shown < self.length)
         character = gdb.lookup_type("char").const().pointer()
         yield "text", self.start.cast(character).lazy_string("UTF-8", self.length)
 
