@@ -59,8 +59,9 @@ EncryptionAPI::~EncryptionAPI() = default;
 void EncryptionAPI::initializeAPI(ByteArray& key, int newMode) {
     mode = newMode;
     if (mode == directPassword) {
+        char const* const password = key.c_str();
         cipher = new Blowfish;  // an earlier one is left alive too
-        cipher->setPassword(key.c_str());
+        cipher->setPassword(password);
     } else if (mode == encipheredPassword) {
         ByteArray opened;
         opened = key;

@@ -11,6 +11,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <string_view>
 
 #include "logging/logger_state.h"
@@ -59,11 +60,12 @@ void SetGlobalThreshold(int threshold) {
 
 void SetSettings(AttributeMap const& source) {
     settings = source;
-    moduleThresholds.clear();
+    std::map<std::string, int, std::less<>> thresholds;
     std::string name;
     std::string value;
     for (long i = 0; settings.fetchAttributeValueByIndex(i, name, value); ++i)
-        moduleThresholds[name] = std::atoi(value.c_str());
+        thresholds[name] = std::atoi(value.c_str());
+    moduleThresholds.swap(thresholds);
 }
 
 bool Passes(int level, char const* name) {
@@ -111,11 +113,13 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         return true;
     }
 
-    logFile = std::fopen(logFilePath.c_str(), "wb");
-    if (!logFile) {
+    // Closes the file again if an allocation fails before all is done.
+    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(logFilePath.c_str(), "wb"), std::fclose);
+    if (!file) {
         LogMessage(error, module, "Logger couldn't open log file");
         return false;
     }
+    logFile = file.get();
 
     // Each line is written at once anyway, and a signal may arrive between any two instructions:
     // what it finds is no half-filled buffer, nor does closing the file ask the allocator to take
@@ -139,8 +143,9 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         }
     }
 
-    initialised = true;
     CaptureInitialLogInfo(applicationName);
+    file.release();
+    initialised = true;
     if (redirectStderr)
         dup2(fileno(logFile), STDERR_FILENO);
     std::atexit(TerminateLogger);
@@ -188,9 +193,8 @@ void TerminateLogger() {
     if (!initialised)
         return;
     initialised = false;
-    if (!logFile)
-        return;
-    LogMessageBuffer = "Terminating logging facility\n";
-    WriteToLog(LogMessageBuffer);
+    char const* const closingLine = "Terminating logging facility\n";
+    WriteToLog(closingLine);
     std::fclose(logFile);
+    LogMessageBuffer = closingLine;  // at last, as it may need memory
 }

@@ -18,9 +18,12 @@ inline std::string LinesAfterHeader(std::string const& log) {
     return result;
 }
 
+inline int loggedFile;  ///< a descriptor of the log, apart from the logger's
+
 /// Runs `body` in a process of its own, which logs everything.
 inline LoggedChild RunLogged(std::function<void()> const& body) {
     std::FILE* const log = std::tmpfile();
+    loggedFile = fileno(log);
     ChildResult const child = RunInChild([&] {
         AttributeMap settings;
         settings["Global"] = "4";

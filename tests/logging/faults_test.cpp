@@ -1,0 +1,170 @@
+// What happens when the system fails the library, or ends the program in the middle of a line.
+#include <CommonAPI/encryption_api.h>
+#include <CommonAPI/paper_size.h>
+#include <CommonAPI/shared_object_loader.h>
+#include <CommonAPI/signal_trap.h>
+#include <CommonAPI/system_information.h>
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <map>
+#include <utility>
+
+#include "support/logged_child.h"
+
+static long allocationsLeft = -1;  // until one fails
+
+[[gnu::noinline]] void* operator new(std::size_t size) {  // inlined, gcc sees a mismatch
+    return allocationsLeft-- == 0 ? throw std::bad_alloc() : std::malloc(size);
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    operator delete(memory);
+}
+
+static char const name[] = "a name that needs storage of its own";
+
+/// Uses every class and service, and tells whether all is right.
+static bool AllWorks(AttributeMap& settings) {
+    static PaperSizeData const paper = {name, 1, 2, 3, 4};
+    static EncryptionAPI api;  // keyed by an earlier call, or without a cipher
+    bool const opened = InitializeLogger("/dev/stdout", &settings, name, false);
+    UnicodeString narrow("ISO-8859-1", name), wide(narrow.wc_str());
+    ByteArray key(wide.c_str()), bytes;
+    PaperSize sizes;
+    sizes.addPaperSizeToList(&paper);
+    std::string before, after, value;
+    EncryptionAPI().initializeAPI(key, 4);
+    api.encryptString(name, before), api.initializeAPI(key, 3), api.encryptString(name, after);
+    bytes.loadASCIIHex(after), bytes.getASCIIHex(value);
+    LogMessage(4, name, std::string(3000, 'x').c_str());
+    GetCurrentTime(value, name);
+    bool const right = (before == after || before.size() < 40) && api.decryptString(after, after) &&
+                       after == value && sizes.findMediaDataByKey(name) == &paper &&
+                       OpenSharedLibrary(nullptr, RTLD_NOW) &&
+                       TrapExceptionSignal(SIGUSR1, nullptr);
+    TerminateLogger();
+    return right && opened && std::ifstream("/dev/stdout").get() == '-';  // as the header begins
+}
+
+static int LowestFreeDescriptor() {
+    int const lowest = dup(STDIN_FILENO);
+    return close(lowest), lowest;
+}
+
+TEST(Faults, AnAllocationThatFailsPassesAndBreaksNothing) {
+    ChildResult const child = RunInChild([] {
+        auto const written = [] { return lseek(1, 0, SEEK_END) + lseek(2, 0, SEEK_END); };
+        AttributeMap settings;
+        settings[name] = L"4";
+        InitializeLogger("/dev/stdout", &settings, name, false);
+        bool failed = true;
+        for (int count = 0; failed; ++count) {
+            bool threw = false;
+            int const lowest = LowestFreeDescriptor();
+            allocationsLeft = count;
+            try {
+                AllWorks(settings);
+            } catch (std::bad_alloc const&) {
+                threw = true;
+            }
+            failed = std::exchange(allocationsLeft, -1) < 0;
+            off_t const before = written();
+            LogMessage(4, name, "passes");
+            if (failed != threw || written() == before || !AllWorks(settings) ||
+                LowestFreeDescriptor() > lowest)
+                std::exit(count + 1);
+        }
+    });
+    EXPECT_EQ(child.status, 0) << "after so many allocations";
+}
+
+TEST(Faults, OnlyWhatCannotBeWrittenIsLost) {
+    auto const open = [] { return InitializeLogger("/dev/full", nullptr, nullptr, false); };
+    ChildResult const full = RunInChild([&] {
+        rlimit limit;
+        getrlimit(RLIMIT_NOFILE, &limit);
+        rlimit const none = {0, limit.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+        std::printf("%d%ls", open(), UnicodeString("abc").wc_str());
+        setrlimit(RLIMIT_NOFILE, &limit);
+        std::printf("%d", open());
+        LogMessage(1, "Net", "lost");
+    });
+    EXPECT_EQ(std::to_string(full.status) + full.output + full.errors, "00abc1");
+    std::string const log =
+        RunLogged([] {
+            signal(SIGXFSZ, SIG_IGN);
+            if (fchmod(loggedFile, 0) + ftruncate(loggedFile, 0) == 0)  // and it has no name
+                LogMessage(4, "Net", "goes on");
+            rlim_t const end = rlim_t(lseek(loggedFile, 0, SEEK_END));
+            for (rlim_t const limit : {end + 5, RLIM_INFINITY}) {
+                rlimit const limits = {limit, RLIM_INFINITY};
+                setrlimit(RLIMIT_FSIZE, &limits);
+                LogMessage(4, "Net", "cut, then whole");
+            }
+        }).log;
+    std::size_t const gap = log.rfind('\0');  // in place of what was cut off
+    EXPECT_THAT(gap, testing::AllOf(testing::Gt(100), testing::Lt(log.size())));
+    EXPECT_THAT(log.substr(gap + 1),
+                testing::MatchesRegex(
+                    "[0-9:]+ - Net:  goes on\n[0-9:]{13} - Net:  cut, then whole\nTerm.*\n"));
+}
+
+TEST(Faults, FourProcessesWriteAMillionLinesIntoOneLog) {
+    int const count = 250000;
+    std::istringstream lines(RunLogged([] {
+                                 std::string const process =
+                                     std::to_string((fork() == 0) + 2 * (fork() == 0));
+                                 for (int line = 0; line < count; ++line)
+                                     LogMessage(4, process.c_str(), std::to_string(line).c_str());
+                                 while (wait(nullptr) > 0) {
+                                 }
+                             }).log);
+    std::map<std::string, int> seen;
+    for (std::string line; std::getline(lines, line);) {
+        std::string const process = line.substr(0, line.find(':'));
+        int const number = seen[process]++;
+        EXPECT_TRUE(line == process || line == process + ":  " + std::to_string(number)) << line;
+    }
+    EXPECT_EQ(seen.size(), 5u);
+    for (auto const& [process, lineCount] : seen)
+        EXPECT_EQ(lineCount, process.size() > 1 ? 4 : count) << process;
+}
+
+TEST(Faults, LinesBeforeASignalAreWhole) {
+    for (int const signal : {SIGKILL, SIGUSR1}) {
+        LoggedChild const child = RunLogged([signal] {
+            TrapExceptionSignal(SIGUSR1, nullptr);
+            if (fork() == 0)
+                usleep(20000), kill(getppid(), signal), _exit(0);
+            for (int line = 0;; ++line)
+                LogMessage(4, "Net", std::to_string(line).c_str());
+        });
+        std::string whole = child.log.substr(0, child.log.find("FATAL/")), expected;
+        for (int line = 0; expected.size() < whole.size(); ++line)
+            expected += "Net:  " + std::to_string(line) + "\n";
+        EXPECT_EQ(whole, expected.substr(0, whole.size()));
+        EXPECT_EQ(whole == child.log, signal == SIGKILL);
+        EXPECT_EQ(child.status, signal == SIGKILL ? -SIGKILL : 0);
+    }
+}
+
+#ifdef LIBRARY
+TEST(Faults, TheLibraryMayBeUnloaded) {
+    ChildResult const child = RunInChild([] {
+        void* const library = dlopen(LIBRARY, RTLD_NOW);
+        void* const open = dlsym(library,
+                                 "_Z16InitializeLoggerNSt7__cxx1112basic_stringIcSt11char_"
+                                 "traitsIcESaIcEEEP12AttributeMapPKcb");
+        reinterpret_cast<decltype(&InitializeLogger)>(open)("/dev/stdout", nullptr, "", false);
+        std::printf("%d", dlclose(library));
+        std::printf("%d", dlopen(LIBRARY, RTLD_NOW | RTLD_NOLOAD) == nullptr);
+    });
+    EXPECT_EQ(LinesAfterHeader(child.output), "Terminating logging facility\n01\n");
+}
+#endif
