@@ -40,16 +40,8 @@ char const* CommonAPI::internal::HostSignalName(int number) {
 
 int CommonAPI::internal::CodeTableNumber(int number) {
     switch (number) {
-        case SIGILL:
-            return 4;
-        case SIGTRAP:
-            return 5;
-        case SIGFPE:
-            return 8;
         case SIGBUS:
             return 10;
-        case SIGSEGV:
-            return 11;
         case SIGCHLD:
             return 18;
         case SIGPOLL:

@@ -7,6 +7,8 @@
 #include <ctime>
 #include <tuple>
 
+#include "logging/logger_state.h"
+
 static char* login = nullptr;
 static passwd* entry = nullptr;
 
@@ -49,16 +51,19 @@ TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
     for (int round = 0; round < 40; ++round) {
         char const* const zone = zones[round / 2 % 4];
         zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
-        std::string text = "old";
+        std::string text = "old", inSignal;
         char expected[512];
         std::time_t now;
         do {  // until the second is the same before and after
             now = std::time(nullptr);
             GetCurrentTime(text, formats[round % 5]);
+            CommonAPI::internal::GetTimeOfDayInSignal(inSignal);
         } while (now != std::time(nullptr));
         std::size_t const length =
             std::strftime(expected, 512, formats[round % 5], std::localtime(&now));
         EXPECT_EQ(text, std::string(expected, length)) << round;
+        std::strftime(expected, 512, "%X", std::localtime(&now));
+        EXPECT_EQ(inSignal, expected) << round;
     }
 }
 

@@ -20,6 +20,7 @@ TEST(PaperSize, KeepsTheLastRecordOfEachNameAndLogsEverything) {
             std::cout << sizes.getPaperSizeInMM("A4", xMM, yMM) << ' ' << xMM << ' ' << yMM << '\n'
                       << sizes.removePaperSizeFromList("A4") << '\n';
     });
+    EXPECT_TRUE(StringCompareClass()("A4", "a4") && !StringCompareClass()("A4", "A4"));
     EXPECT_EQ(child.output, "1 9 10\n1 5 6\n1 595 842\n0 -1 -1\n1 210.5 297.25\n1\n0 -1 -1\n0\n");
     EXPECT_EQ(
         child.log,

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <thread>
 
+#include "signals/signal_report.h"
 #include "support/logged_child.h"
 
 #define UNSANITIZED __attribute__((no_sanitize("undefined")))
@@ -17,6 +18,9 @@
 // The allocator and the conversion of times of this test stand in front of the C library's. When
 // they are forbidden, a signal interrupts the first conversion, and nothing more may call them.
 int forbidden = 0;
+struct AllowsAtTheEnd {
+    ~AllowsAtTheEnd() { forbidden = 0; }
+} const allows;
 
 #ifdef OWN_MALLOC
 extern "C" void* __libc_malloc(std::size_t size);
@@ -36,12 +40,13 @@ namespace {
 void ExpectReport(int number, std::string const& name, std::string const& code,
                   std::function<void()> const& body) {
     LoggedChild const child = RunLogged([&] { TrapExceptionSignal(number, nullptr), body(); });
-    std::string const signal = name + " (" + std::to_string(number) + ")";
+    std::string const signal =
+        (name == "Unknown" ? "" : "SIG") + name + " (" + std::to_string(number) + ")";
     EXPECT_EQ(child.status, 0) << signal;
     EXPECT_EQ(child.log,
               "FATAL/ExceptionSignalHandler:  \n\n*******************************\n"
               "  UNEXPECTED APPLICATION EXIT  \n*******************************\n"
-              "Exception Signal:  SIG" +
+              "Exception Signal:  " +
                   signal + "\nSignal Code:       " + code + "\nTerminating logging facility\n");
 }
 
@@ -51,6 +56,9 @@ TEST(SignalTrap, ReportsFaults) {
     ExpectReport(8, "FPE", "Integer divide by zero\n", []() UNSANITIZED { zero = 7 / zero; });
     ExpectReport(6, "ABRT", "Unknown Code:  -6\n", std::abort);
     EXPECT_EQ(RunInChild([] { TrapExceptionSignal(6, nullptr), std::abort(); }).status, 0);
+    std::string const log = RunLogged([] { CommonAPI::internal::ReportSignal(nullptr); }).log;
+    EXPECT_EQ(log.substr(log.find("Exception S")),
+              "Exception Signal:  Unknown\nTerminating logging facility\n");
 }
 
 TEST(SignalTrap, TellsEverySignalAndTheMeaningOfItsCodes) {
@@ -70,7 +78,8 @@ TEST(SignalTrap, TellsEverySignalAndTheMeaningOfItsCodes) {
         "22 TTOU 29 IO\nData input available\nOutput buffers available\nInput message available\n"
         "I/O error\nHigh priority input available\nDevice disconnected\n",
         "1 HUP 2 INT 3 QUIT 6 ABRT 12 USR2 13 PIPE 14 ALRM 15 TERM 16 STKFLT 20 TSTP 21 TTIN "
-        "23 URG 24 XCPU 25 XFSZ 26 VTALRM 27 PROF 28 WINCH 30 PWR 31 SYS 34 RTMIN+0 63 RTMIN+29\n"
+        "23 URG 24 XCPU 25 XFSZ 26 VTALRM 27 PROF 28 WINCH 30 PWR 31 SYS 34 RTMIN+0 63 RTMIN+29 99 "
+        "Unknown\n"
         "Unknown Code:  1"};
     for (std::string const& row : rows) {
         int number;
@@ -80,8 +89,11 @@ TEST(SignalTrap, TellsEverySignalAndTheMeaningOfItsCodes) {
             for (std::istringstream lines(row.substr(row.find('\n') + 1)); lines.good();) {
                 std::getline(lines, text);
                 ++info.si_code;
-                ExpectReport(number, name, text.empty() ? "" : text + "\n",
-                             [&] { syscall(SYS_rt_sigqueueinfo, getpid(), number, &info); });
+                info.si_signo = number;
+                ExpectReport(number, name, text.empty() ? "" : text + "\n", [&] {
+                    syscall(SYS_rt_sigqueueinfo, getpid(), number, &info);
+                    CommonAPI::internal::ReportSignal(&info);  // for what is no signal
+                });
             }
         }
     }
