@@ -60,7 +60,7 @@ TEST(Faults, AnAllocationThatFailsPassesAndBreaksNothing) {
     ChildResult const child = RunInChild([] {
         auto const written = [] { return lseek(1, 0, SEEK_END) + lseek(2, 0, SEEK_END); };
         AttributeMap settings;
-        settings[name] = L"4";
+        settings[name] = "4";
         InitializeLogger("/dev/stdout", &settings, name, false);
         bool failed = true;
         for (int count = 0; failed; ++count) {
