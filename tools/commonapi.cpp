@@ -12,6 +12,7 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "commonapi.h"
 #include "crypto/built_in_passphrase.h"
 #include "password.h"
 #include "values.h"
@@ -165,8 +166,7 @@ void AddPlugin(CLI::App& app, bool& refused) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    std::ios::sync_with_stdio(false);
+int RunCommand(int argc, char** argv) {
     CLI::App app("Looks after the settings and plug-ins of programs that use libCommonAPI.",
                  "commonapi");
     app.set_version_flag("--version", "commonapi " COMMONAPI_VERSION);
