@@ -2,13 +2,17 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <iconv.h>
+#include <sys/mman.h>
 #include <sys/time.h>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
+#include <cwchar>
 #include <map>
 
+#include "../examples/files.h"
 #include "support/child_process.h"
 #include "types/requirement.h"
 
@@ -62,20 +66,39 @@ TEST(Transcoding, WithoutAConverterTheFormStaysEmpty) {
     }
 }
 
-TEST(Transcoding, IllegalInputClearsOnlyTheFormBeingProduced) {
-    for (char const* const illegal : {"a\xff", "\x80", "\xc0\xaf", "\xed\xa0\x80"}) {
-        UnicodeString text(illegal);
-        EXPECT_STREQ(text.wc_str(), L"");
-        EXPECT_STREQ(text.c_str(), illegal);
-    }
-    wchar_t const surrogate[] = {L'a', 0xD800, L'\0'};
-    UnicodeString text(surrogate);
-    EXPECT_STREQ(text.c_str(), "");
-    EXPECT_STREQ(text.wc_str(), surrogate);
-    for (int const reason : {EILSEQ, E2BIG, EINVAL}) {
-        errno = reason;
-        EXPECT_EQ(text.transcodingError(-1), reason == EILSEQ);
-        EXPECT_FALSE(text.transcodingError(0));
+/// A copy that ends where nothing can be read any more.
+static void* AtAnEnd(void const* data, std::size_t size) {
+    static char* const pages = static_cast<char*>(
+        mmap(nullptr, 8192, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
+    mprotect(pages + 4096, 4096, PROT_NONE);
+    return std::memcpy(pages + 4096 - size, data, size);
+}
+
+TEST(Transcoding, JudgesEverySequenceAsTheConverterDoes) {
+    iconv_t const converter = iconv_open("WCHAR_T", "UTF-8");
+    for (int i = 0; i < 255 * 1000; ++i) {
+        std::string text(1, static_cast<char>(1 + i % 255));
+        for (int rest = i / 255; rest % 10 != 0; rest /= 10)
+            text += "A\x7F\x80\x8F\x90\x9F\xA0\xBF\xC2"[rest % 10 - 1];
+        wchar_t expected[5] = {};
+        std::size_t size = text.size(), left = size, room = 4 * size;
+        char *from = text.data(), *to = reinterpret_cast<char*>(expected);
+        errno = 0;
+        iconv(converter, &from, &left, &to, &room);
+        if (errno == EINVAL) {  // the sample client must not begin this
+            ASSERT_TRUE(EndsInsideCharacter(text)) << i;
+            continue;
+        }
+        UnicodeString string;
+        bool const illegal = errno == EILSEQ;
+        auto const narrow = static_cast<char*>(AtAnEnd(text.c_str(), size + 1));
+        ASSERT_STREQ(string.transcodeMessage(narrow, 0xFFFFFFFF), illegal ? L"" : expected) << i;
+        ASSERT_EQ(string.c_str(), text);
+        if (illegal)
+            continue;
+        std::size_t const bytes = 4 * std::wcslen(expected);
+        auto const wide = static_cast<wchar_t*>(AtAnEnd(expected, bytes));
+        ASSERT_EQ(string.transcodeMessage(wide, static_cast<unsigned int>(bytes)), text);
     }
 }
 
@@ -91,15 +114,12 @@ TEST(Transcoding, TextCutInsideACharacterIsWaitedForForEverUnlessHardened) {
     }
 }
 
-TEST(Transcoding, CountsAreInBytes) {
-    UnicodeString text;
-    EXPECT_STREQ(text.transcodeMessage(L"abcd", 11), "ab");  // the rest of 3 bytes is left
-    EXPECT_STREQ(text.transcodeMessage("abcd", 2), L"ab");
-    EXPECT_STREQ(text.c_str(), "abcd");
-    EXPECT_STREQ(text.transcodeMessage("abcd", 0xFFFFFFFF), L"abcd");
-    EXPECT_STREQ(text.transcodeMessage("abcd", 0), L"");
-    EXPECT_STREQ(text.transcodeMessage("ab\0cd", 5), L"ab");
-    EXPECT_STREQ(text.transcodeMessage("xyz", 3), L"xyz");  // nothing of "cd" was left behind
+TEST(Transcoding, OnlyAnIllegalSequenceIsAnError) {
+    for (int const reason : {EILSEQ, E2BIG, EINVAL}) {
+        errno = reason;
+        EXPECT_EQ(UnicodeString().transcodingError(-1), reason == EILSEQ);
+        EXPECT_FALSE(UnicodeString().transcodingError(0));
+    }
 }
 
 TEST(Transcoding, LongTextsConvertWhole) {

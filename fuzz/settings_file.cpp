@@ -1,0 +1,41 @@
+#include "examples/files.h"
+
+#include <sys/mman.h>
+
+#include <map>
+
+#include "fuzz/target.h"
+
+static std::string Bare(std::string text) {
+    for (std::size_t begin; (begin = text.find_first_of(" \t\r")) == 0;)
+        text.erase(0, 1);
+    while (!text.empty() && std::string(" \t\r").find(text.back()) != std::string::npos)
+        text.pop_back();
+    return text;
+}
+
+static void Try(std::string const& input) {
+    static std::string const path = "/dev/fd/" + std::to_string(memfd_create("settings", 0));
+    WriteFile(path, input);
+    std::map<std::string, std::string> expected;
+    std::string message;
+    std::istringstream lines(input);
+    std::string line;
+    for (int number = 1; message.empty() && std::getline(lines, line); ++number) {
+        auto const separator = line.find('=');
+        if (Bare(line).empty() || Bare(line)[0] == '#')
+            continue;
+        if (separator == std::string::npos)
+            message = path + ":" + std::to_string(number) + ": no '=' in this line";
+        else  // a value ends at its first zero
+            expected[Bare(line.substr(0, separator))] = Bare(line.substr(separator + 1)).c_str();
+    }
+    try {
+        AttributeMap settings = ReadSettings(path);
+        Check(settings.size() == static_cast<long>(expected.size()) && message.empty());
+        for (auto const& [key, value] : expected)
+            Check(settings[key] == value.c_str());
+    } catch (std::runtime_error const& error) {
+        Check(error.what() == message);
+    }
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+/// Each target puts the input through the library and through a model of it.
+static void Try(std::string const& input);
+
+inline void Check(bool agree, int line = __builtin_LINE()) {
+    if (agree)
+        return;
+    std::fprintf(stderr, "line %d of the target: library and model disagree\n", line);
+    std::abort();
+}
+
+extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t size) {
+    Try({reinterpret_cast<char const*>(data), size});
+    return 0;
+}
