@@ -41,14 +41,13 @@ static void Try(std::string const& input) {
     std::vector<std::string> arguments = {"commonapi"};
     for (std::string word; words >> word;)
         arguments.push_back(word.c_str());
+    if (words.str().find("plugin") < end || words.str().find("file") < end)
+        return;
     if (arguments.size() > 1) {
-        if (words.str().find("plugin") < end || words.str().find("file") < end)
-            return;
         Outcome const outcome = Run(arguments, lines);
         Check((outcome.status == 0) == outcome.errors.empty());
         return;
     }
-
     Outcome const encrypted = Run({"commonapi", "encrypt"}, lines);
     Check((encrypted.status == 0) == (lines.find('\0') == std::string::npos));
     if (encrypted.status == 0) {
