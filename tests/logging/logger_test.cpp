@@ -1,3 +1,4 @@
+#include <CommonAPI/system_information.h>
 #include <gmock/gmock.h>
 
 #include <map>
@@ -87,7 +88,12 @@ TEST(Logger, GoesToStandardErrorWhileNotInitialised) {
 TEST(Logger, HeaderNamesApplicationProcessSystemAndSettings) {
     ChildResult const child = RunInChild([] {
         Open("Global 1 Encryption 4");
-        std::printf("%s%d", LogMessageBuffer.c_str(), getpid());  // the header stays in it
+        std::string hour;
+        setenv("TZ", "<+07>-7", 1);
+        LogMessage(1, "Net", "");
+        GetCurrentTime(hour, "%H");
+        // The header stays in the buffer.
+        std::printf("%s%s%d", LogMessageBuffer.c_str(), hour.c_str(), getpid());
     });
     std::string const dashes = std::string(32, '-') + "\n";
     std::string const header =
@@ -96,10 +102,13 @@ TEST(Logger, HeaderNamesApplicationProcessSystemAndSettings) {
         "Node name:\t[^\n]+\nRelease:\t[^\n]+\nVersion:\t[^\n]+\nMachine:\t[^\n]+\n"
         "Log level for module Encryption is 4\nLog level for module Global is 1\n" +
         dashes;
-    std::string const id = child.output.substr(child.output.rfind('\n') + 1);
-    EXPECT_THAT(child.output,
-                MatchesRegex(header + "Terminating logging facility\n" + header + "[0-9]+"));
-    EXPECT_THAT(child.output, testing::HasSubstr("Process ID:\t" + id + "\n"));
+    std::string const end = child.output.substr(child.output.rfind('\n') + 1);
+    EXPECT_THAT(child.output, MatchesRegex(header +
+                                           "..:..:.. - FATAL/Net:  \nTerminating logging "
+                                           "facility\n" +
+                                           header + "[0-9]+"));
+    EXPECT_THAT(child.output, testing::HasSubstr("-\n" + end.substr(0, 2) + ":"));
+    EXPECT_THAT(child.output, testing::HasSubstr("Process ID:\t" + end.substr(2) + "\n"));
 }
 
 struct LogsFromItsDestructor {

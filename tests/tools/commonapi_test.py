@@ -6,6 +6,7 @@ import re
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 sources, command, plugin = sys.argv[1:]
@@ -72,6 +73,16 @@ class Command(unittest.TestCase):
         self.assertEqual(pty.spawn([command, "encrypt", "a"], answer), 0)
         self.assertNotIn(b"secret", shown)
         self.assertIn(run("encrypt", *KEY, "a")[1].strip(), shown)
+
+    def test_a_terminal_sees_the_count_after_a_second(self):
+        terminal, errors = pty.openpty()
+        with subprocess.Popen([command, "encrypt", *KEY], stdin=subprocess.PIPE, stderr=errors,
+                              stdout=subprocess.DEVNULL, env=os.environ | {"PW": "x"}) as process:
+            for _ in range(2):
+                process.stdin.write(b"a\n" * 1024)
+                process.stdin.flush()
+                time.sleep(1.2)
+        self.assertEqual(os.read(terminal, 100), b"\r2048 values\r\033[K")
 
     def test_failures_of_the_system_are_reported(self):
         with open("/dev/full", "wb") as full:
