@@ -1,8 +1,4 @@
-#include <CommonAPI/attribute_map.h>
-#include <strings.h>
-
 #include <cmath>
-#include <sstream>
 
 #include "fuzz/target.h"
 
@@ -36,10 +32,9 @@ static void CheckPosition(AttributeMap& map, Model const& model, long position) 
     std::string const expected = valid ? entry->first + "=" + entry->second : "old=old";
     std::string key = "old", text = "old";
     UnicodeString value("old");
-    Check(map.fetchAttributeValueByIndex(position, key, text) == valid);
-    Check(key + "=" + text == expected);
-    Check(map.fetchAttributeValueByIndex(position, key, value) == valid);
-    Check(key + "=" + value.c_str() == expected);
+    Check(map.fetchAttributeValueByIndex(position, key, text) == valid &&
+          key + "=" + text == expected);
+    Check(map.fetchAttributeValueByIndex(position, key, value) == valid && value == text.c_str());
     Check(map(position) == (valid ? entry->first : ""));
     Check(&map[position] == (valid ? &map[entry->first] : &none[0L]));  // which all maps share
 }

@@ -1,8 +1,6 @@
 #define OPENSSL_SUPPRESS_DEPRECATED
 #include <openssl/blowfish.h>
 
-#include <cstring>
-
 #include "crypto/blowfish_kernel.h"
 #include "crypto/blowfish_key_schedule.h"
 #include "fuzz/target.h"

@@ -1,10 +1,5 @@
 #include "tools/commonapi.h"
 
-#include <cstring>
-#include <iostream>
-#include <sstream>
-#include <vector>
-
 #include "fuzz/target.h"
 
 /// Stands in front of the one that asks at the terminal.
@@ -12,10 +7,7 @@ extern "C" char* readpassphrase(char const*, char* password, std::size_t, int) {
     return std::strcpy(password, "typed");
 }
 
-struct Outcome {
-    int status;
-    std::string output, errors;
-};
+using Outcome = std::tuple<int, std::string, std::string>;
 
 static Outcome Run(std::vector<std::string> arguments, std::string const& input) {
     std::istringstream in(input);
@@ -44,15 +36,13 @@ static void Try(std::string const& input) {
     if (words.str().find("plugin") < end || words.str().find("file") < end)
         return;
     if (arguments.size() > 1) {
-        Outcome const outcome = Run(arguments, lines);
-        Check((outcome.status == 0) == outcome.errors.empty());
+        auto const [status, output, errors] = Run(arguments, lines);
+        Check((status == 0) == errors.empty());
         return;
     }
-    Outcome const encrypted = Run({"commonapi", "encrypt"}, lines);
-    Check((encrypted.status == 0) == (lines.find('\0') == std::string::npos));
-    if (encrypted.status == 0) {
-        Outcome const decrypted = Run({"commonapi", "decrypt"}, encrypted.output);
-        Check(decrypted.status == 0);
-        Check(decrypted.output == lines + (lines.empty() || lines.back() == '\n' ? "" : "\n"));
-    }
+    auto const [status, encrypted, errors] = Run({"commonapi", "encrypt"}, lines);
+    Check((status == 0) == (lines.find('\0') == std::string::npos));
+    std::string const open = lines.empty() || lines.back() == '\n' ? "" : "\n";
+    if (status == 0)
+        Check(Run({"commonapi", "decrypt"}, encrypted) == Outcome(0, lines + open, ""));
 }

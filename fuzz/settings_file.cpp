@@ -1,8 +1,4 @@
-#include "examples/files.h"
-
 #include <sys/mman.h>
-
-#include <map>
 
 #include "fuzz/target.h"
 

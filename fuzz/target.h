@@ -1,8 +1,12 @@
 #pragma once
 
-#include <cstdio>
-#include <cstdlib>
-#include <string>
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <iostream>
+#include <map>
+
+#include "examples/files.h"
 
 /// Each target puts the input through the library and through a model of it.
 static void Try(std::string const& input);
@@ -10,7 +14,7 @@ static void Try(std::string const& input);
 inline void Check(bool agree, int line = __builtin_LINE()) {
     if (agree)
         return;
-    std::fprintf(stderr, "line %d of the target: library and model disagree\n", line);
+    std::cerr << "line " << line << " of the target: library and model disagree" << std::endl;
     std::abort();
 }
 

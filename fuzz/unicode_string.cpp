@@ -1,13 +1,5 @@
-#include <CommonAPI/unicode_string.h>
-#include <strings.h>
-
-#include <algorithm>
 #include <cerrno>
-#include <cstring>
-#include <functional>
-#include <map>
 
-#include "examples/files.h"
 #include "fuzz/target.h"
 #include "types/converter.h"
 
