@@ -90,7 +90,7 @@ TEST(Faults, OnlyWhatCannotBeWrittenIsLost) {
     EXPECT_EQ(std::to_string(full.status) + full.output + full.errors, "00abc1");
     LoggedChild const child = RunLogged([] {
         signal(SIGXFSZ, SIG_IGN);
-        if (fchmod(loggedFile, 0) + ftruncate(loggedFile, 0) == 0)  // and it has no name
+        if (fchmod(loggedFile, 0400) + ftruncate(loggedFile, 0) == 0)  // and it has no name
             LogMessage(4, "Net", "goes on");
         rlim_t const end = rlim_t(lseek(loggedFile, 0, SEEK_END));
         for (rlimit const& limit :
