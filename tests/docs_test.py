@@ -1,5 +1,5 @@
-"""Compares what the pages show with the programs that are built and what those print or log:
-docs_test.py SOURCE PROGRAMS PLUGIN"""
+"""Compares what the pages show with the programs that are built and what those print or log, and the
+paper sizes with what their script and the standards say: docs_test.py SOURCE PROGRAMS PLUGIN"""
 import pathlib
 import re
 import subprocess
@@ -20,4 +20,13 @@ with tempfile.TemporaryDirectory() as folder:
             output = re.sub(r"\d\d:\d\d:\d\d", "09:41:07", log.read_text())[-len(shown[0]):]
         if shown != [output] or f"```cpp\n{program}```" not in page:
             failures.append(f"{name}:\n{output}")
+
+kept = (source / "examples/media.tsv").read_text()
+if kept != subprocess.check_output([sys.executable, source / "scripts/generate_media.py"], text=True):
+    failures.append("media.tsv is not what its script makes")
+PUBLISHED = {"A4": (210, 297), "A7": (74, 105), "B4": (250, 353), "B10": (31, 44),
+             "JIS B5": (182, 257), "Letter": (215.9, 279.4), "Legal": (215.9, 355.6)}
+found = {name: (float(width), float(height)) for name, _, _, width, height in
+         (line.split("\t") for line in kept.splitlines() if not line.startswith("#"))}
+failures += [name for name, size in PUBLISHED.items() if found.get(name) != size]
 sys.exit("\n".join(failures) or 0)

@@ -18,9 +18,6 @@
 // The allocator and the conversion of times of this test stand in front of the C library's. When
 // they are forbidden, a signal interrupts the first conversion, and nothing more may call them.
 int forbidden = 0;
-struct AllowsAtTheEnd {
-    ~AllowsAtTheEnd() { forbidden = 0; }
-} const allows;
 
 #ifdef OWN_MALLOC
 extern "C" void* __libc_malloc(std::size_t size);
