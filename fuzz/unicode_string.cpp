@@ -56,6 +56,9 @@ static void CheckForms(UnicodeString real, Model const& m) {
 
 static void CheckAgainst(char const* text, long at, long count, UnicodeString real, Model m) {
     Check(real.find(text, at) == static_cast<long>(m.narrow.find(text, at)));
+    Check(real.find(*text, at) == static_cast<long>(m.narrow.find(*text, at)));
+    Check(real.find(L"bc") == static_cast<long>(m.wide.find(L"bc")));
+    Check(real.find(L'b') == static_cast<long>(m.wide.find(L'b')));
     m.fillNarrow();
     std::string const all = m.narrow.c_str(),
                       from = all.substr(std::min<std::size_t>(at, all.size()));

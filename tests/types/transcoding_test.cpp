@@ -68,7 +68,7 @@ TEST(Transcoding, WithoutAConverterTheFormStaysEmpty) {
 
 /// A copy that ends where nothing can be read any more.
 static void* AtAnEnd(void const* data, std::size_t size) {
-    static char* const pages = static_cast<char*>(
+    static auto const pages = static_cast<char*>(
         mmap(nullptr, 8192, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
     mprotect(pages + 4096, 4096, PROT_NONE);
     return std::memcpy(pages + 4096 - size, data, size);
