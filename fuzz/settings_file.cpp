@@ -2,12 +2,10 @@
 
 #include "fuzz/target.h"
 
-static std::string Bare(std::string text) {
-    for (std::size_t begin; (begin = text.find_first_of(" \t\r")) == 0;)
-        text.erase(0, 1);
-    while (!text.empty() && std::string(" \t\r").find(text.back()) != std::string::npos)
-        text.pop_back();
-    return text;
+static std::string Bare(std::string const& text) {
+    auto const blank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
+    auto const begin = std::find_if_not(text.begin(), text.end(), blank);
+    return {begin, std::find_if_not(text.rbegin(), std::reverse_iterator(begin), blank).base()};
 }
 
 static void Try(std::string const& input) {
