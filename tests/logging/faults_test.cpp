@@ -9,7 +9,6 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <map>
 #include <utility>
 
 #include "support/logged_child.h"
@@ -115,15 +114,13 @@ TEST(Faults, FourProcessesWriteAMillionLinesIntoOneLog) {
         while (wait(nullptr) > 0)
             continue;
     });
-    std::map<std::string, int> seen;
-    int total = 0;
+    int next[4] = {}, total = 0;
     std::istringstream lines(child.log);
-    for (std::string line; std::getline(lines, line); ++total) {
-        std::string const process = line.substr(0, line.find(':'));
-        int const number = seen[process]++;
-        EXPECT_TRUE(line == process || line == process + ":  " + std::to_string(number)) << line;
-    }
-    EXPECT_EQ(seen["Terminating logging facility"] * (count + 1), total);
+    for (std::string line; std::getline(lines, line); ++total)
+        if (line != "Terminating logging facility") {
+            EXPECT_EQ(line.substr(1), ":  " + std::to_string(next[line[0] % 4]++));
+        }
+    EXPECT_EQ(total, 4 * count + 4);
 }
 
 TEST(Faults, LinesBeforeASignalAreWhole) {
