@@ -1,5 +1,5 @@
 """Compares what the pages show with the programs that are built and what those print or log, and the
-paper sizes with what their script and the standards say: docs_test.py SOURCE PROGRAMS PLUGIN"""
+paper sizes with what their script and the standards say: check_pages.py SOURCE PROGRAMS PLUGIN"""
 import pathlib
 import re
 import subprocess

@@ -1,5 +1,5 @@
 """Compares what the shared object exports with the allow-list, and checks that no program of ours
-needs the `strtof` that it replaces: exports_test.py SOURCES NM LIBRARY PROGRAM..."""
+needs the `strtof` that it replaces: check_exports.py SOURCES NM LIBRARY PROGRAM..."""
 import re
 import subprocess
 import sys

@@ -1,5 +1,5 @@
 """Uses the library as other projects do, the installed one after it was moved to a path with a blank:
-consumers_test.py SOURCES BUILD COMPILER FLAG..."""
+check_consumers.py SOURCES BUILD COMPILER FLAG..."""
 import os
 import pathlib
 import shlex

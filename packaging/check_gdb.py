@@ -1,4 +1,4 @@
-"""Prints values as users of the installed library do: gdb_test.py SOURCES BUILD LIB COMPILER FLAG..."""
+"""Prints values as users of the installed library do: check_gdb.py SOURCES BUILD LIB COMPILER FLAG..."""
 import subprocess
 import sys
 import tempfile
