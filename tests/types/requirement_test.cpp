@@ -6,7 +6,7 @@
 #include <CommonAPI/shared_object_loader.h>
 #include <CommonAPI/system_information.h>
 #include <CommonAPI/text_utilities.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "support/child_process.h"
 
@@ -16,37 +16,26 @@ TEST(Hardened, EndsTheProcessAndNamesTheCall) {
     static ByteArray bytes("1234567");
     static UnicodeString text("text");
     static char const* const null = nullptr;
-    static wchar_t const* const wideNull = nullptr;
     static char name[] = "NAME";
-    std::pair<char const*, void (*)()> const calls[] = {
-        {"ByteArray::operator[]", [] { bytes[7]; }},
+    std::pair<std::string, void (*)()> const calls[] = {
+        {"ByteArray::operator\\[\\]", [] { bytes[7]; }},
         {"ByteArray::at", [] { bytes.at(4); }},
-        {"ByteArray::at", [] { bytes.at(-1); }},
         {"ByteArray::append", [] { bytes.append(null, 1); }},
-        {"ByteArray::assign", [] { bytes.assign("", -1); }},
         {"ByteArray::assign", [] { bytes.assign(7, static_cast<unsigned char>(0)); }},
         {"ByteArray::assign", [] { bytes.assign(4, 0u); }},
         {"ByteArray::insert", [] { bytes.insert(8, "", 0); }},
         {"ByteArray::erase", [] { bytes.erase(2, 1); }},
-        {"ByteArray::erase", [] { bytes.erase(7, 8); }},
         {"ByteArray::resize", [] { bytes.resize(-1L, 0); }},
         {"ByteArray::find", [] { bytes.find(ByteArray(), -1); }},
         {"UnicodeString", [] { UnicodeString{null}; }},
-        {"UnicodeString", [] { UnicodeString(null, ""); }},
-        {"UnicodeString", [] { UnicodeString{wideNull}; }},
         {"UnicodeString::operator=", [] { text = null; }},
-        {"UnicodeString::operator=", [] { text = wideNull; }},
         {"UnicodeString::operator==", [] { static_cast<void>(text == null); }},
         {"UnicodeString::compare", [] { text.compare(null, true); }},
-        {"UnicodeString::compare", [] { text.compare(null, 0, 1, true); }},
         {"UnicodeString::find", [] { text.find(null, 0); }},
-        {"UnicodeString::find", [] { text.find(wideNull); }},
         {"UnicodeString::transcodeMessage", [] { text.transcodeMessage(null, 1); }},
-        {"UnicodeString::transcodeMessage", [] { text.transcodeMessage(wideNull, 1); }},
-        {"wcscasecmp", [] { CommonAPI::wcscasecmp(L"", wideNull); }},
+        {"wcscasecmp", [] { CommonAPI::wcscasecmp(L"", nullptr); }},
         {"ParseAttributeList_LowLevel", [] { ParseAttributeList_LowLevel(nullptr, 0, ""); }},
         {"LogMessage", [] { LogMessage(9, null, ""); }},
-        {"LogMessage", [] { LogMessage(9, "", null); }},
         {"GetCurrentTime", [] { GetCurrentTime(LogMessageBuffer, null); }},
         {"SetEnvironmentVariable", [] { SetEnvironmentVariable(name, nullptr); }},
         {"FetchSymbol", [] { FetchSymbol(null); }},
@@ -56,7 +45,6 @@ TEST(Hardened, EndsTheProcessAndNamesTheCall) {
     for (auto const& [call, body] : calls) {
         ChildResult const child = RunInChild(body);
         EXPECT_EQ(child.status, -SIGABRT) << call;
-        EXPECT_EQ(child.errors.find("CommonAPI: " + std::string(call) + ": "), 0u) << child.errors;
-        EXPECT_EQ(child.errors.find('\n'), child.errors.size() - 1);
+        EXPECT_THAT(child.errors, testing::MatchesRegex("CommonAPI: " + call + ": [a-z ]+\n"));
     }
 }
