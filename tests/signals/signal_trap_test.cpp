@@ -59,35 +59,20 @@ TEST(SignalTrap, ReportsFaults) {
 }
 
 TEST(SignalTrap, TellsEverySignalAndTheMeaningOfItsCodes) {
-    // Signals, by the literal number and by this host's, and the meanings of their codes from 1 on.
-    std::string const rows[] = {
-        "4 ILL\nIllegal opcode\nIllegal operand\nIllegal addressing mode\nIllegal trap\n"
-        "Privileged opcode\nPrivileged register\nCoprocessor error\nInternal stack error\n",
-        "5 TRAP\nProcess breakpoint\nProcess trace trap\n",
-        "8 FPE\nInteger divide by zero\nInteger overflow\nFloating point divide by zero\n"
-        "Floating point overflow\nFloating point underflow\nFloating point inexact result\n"
-        "Floating point invalid operation\nSubscript out of range\n",
-        "11 SEGV\nAddress not mapped to object\nInvalid permissions for mapped object\n",
-        "10 USR1 7 BUS\nInvalid address alignment\nNon-existant physical address\n"
-        "Object specific hardware error\n",
-        "18 CONT 17 CHLD\nChild has exited\nChild was killed\nChild terminated abnormally\n"
-        "Traced child has trapped\nChild has stopped\nStopped child has continued\n",
-        "22 TTOU 29 IO\nData input available\nOutput buffers available\nInput message available\n"
-        "I/O error\nHigh priority input available\nDevice disconnected\n",
-        "1 HUP 2 INT 3 QUIT 6 ABRT 12 USR2 13 PIPE 14 ALRM 15 TERM 16 STKFLT 20 TSTP 21 TTIN "
-        "23 URG 24 XCPU 25 XFSZ 26 VTALRM 27 PROF 28 WINCH 30 PWR 31 SYS 34 RTMIN+0 63 RTMIN+29 99 "
-        "Unknown\n"
-        "Unknown Code:  1"};
-    for (std::string const& row : rows) {
+    // Signals, by the literal number and by this host's, and lines with the meanings of their codes
+    // from 1 on; an empty one for a code without a meaning.
+    std::ifstream file(TESTS "/signals/data/codes.txt");
+    for (std::string signals, name, text; std::getline(file, signals);) {
+        std::vector<std::string> meanings;
+        while (std::getline(file, text) && (meanings.push_back(text), !text.empty()))
+            continue;
         int number;
-        std::string name, text;
-        for (std::istringstream signals(row); signals >> number >> name;) {
+        for (std::istringstream words(signals); words >> number >> name;) {
             siginfo_t info = {};
-            for (std::istringstream lines(row.substr(row.find('\n') + 1)); lines.good();) {
-                std::getline(lines, text);
+            info.si_signo = number;
+            for (std::string const& meaning : meanings) {
                 ++info.si_code;
-                info.si_signo = number;
-                ExpectReport(number, name, text.empty() ? "" : text + "\n", [&] {
+                ExpectReport(number, name, meaning.empty() ? "" : meaning + "\n", [&] {
                     syscall(SYS_rt_sigqueueinfo, getpid(), number, &info);
                     CommonAPI::internal::ReportSignal(&info);  // for what is no signal
                 });

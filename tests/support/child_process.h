@@ -17,7 +17,7 @@ struct ChildResult {
     std::string errors;
 };
 
-/// All that was written to a temporary file, which ends.
+/// All that is in a file, which ends if it is a temporary one.
 inline std::string Take(std::FILE* file) {
     std::ifstream stream("/dev/fd/" + std::to_string(fileno(file)));
     std::string const content(std::istreambuf_iterator<char>(stream), {});
