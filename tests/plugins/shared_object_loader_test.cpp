@@ -6,8 +6,6 @@
 
 namespace {
 
-std::string const absent = ": cannot open shared object file: No such file or directory";
-
 TEST(SharedObjectLoader, LogsWhatItLoadedOrTheSystemsReason) {
     struct {
         char const* path;
@@ -23,8 +21,8 @@ TEST(SharedObjectLoader, LogsWhatItLoadedOrTheSystemsReason) {
         {PLUGINS "/libplugin_empty_texts.so", true, ""},
         {nullptr, true, "current application"},
         {nullptr, false, "invalid mode parameter", 1 << 20},
-        {"/no/such/file.so", false, "/no/such/file.so" + absent},
-        {PLUGINS "/libplugin_orphan.so", false, "libplugin_gone.so" + absent},
+        {"/no/such/file.so", false,
+         "/no/such/file.so: cannot open shared object file: No such file or directory"},
         {PLUGINS "/CTestTestfile.cmake", false, PLUGINS "/CTestTestfile.cmake: invalid ELF header"},
     };
     for (auto const& row : rows) {

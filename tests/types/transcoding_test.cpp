@@ -114,14 +114,6 @@ TEST(Transcoding, TextCutInsideACharacterIsWaitedForForEverUnlessHardened) {
     }
 }
 
-TEST(Transcoding, OnlyAnIllegalSequenceIsAnError) {
-    for (int const reason : {EILSEQ, E2BIG, EINVAL}) {
-        errno = reason;
-        EXPECT_EQ(UnicodeString().transcodingError(-1), reason == EILSEQ);
-        EXPECT_FALSE(UnicodeString().transcodingError(0));
-    }
-}
-
 TEST(Transcoding, LongTextsConvertWhole) {
     for (std::size_t const length : {16383u, 16384u, 65534u, 65535u, 65536u, 200000u})
         for (wchar_t const character : {L'x', L'\U0001F600'}) {
