@@ -14,8 +14,7 @@ using namespace std::string_literals;
 EncryptionAPI Initialized(int mode, std::string const& key = "k") {
     EncryptionAPI api;
     ByteArray bytes;
-    bytes = key;
-    api.initializeAPI(bytes, mode);
+    api.initializeAPI(bytes = key, mode);
     return api;
 }
 
@@ -24,8 +23,7 @@ template <class Value>
 std::string Call(EncryptionAPI const& api, bool (EncryptionAPI::*call)(Value const&, Value&) const,
                  std::string const& in) {
     Value value, out("old");
-    value = in;
-    std::string const result = (api.*call)(value, out) ? "" : "no ";
+    std::string const result = (api.*call)(value = in, out) ? "" : "no ";
     return result + std::string(out.c_str(), static_cast<std::size_t>(out.size()));
 }
 
@@ -81,12 +79,12 @@ TEST(EncryptionAPI, TransformsDataAndTexts) {
 TEST(EncryptionAPI, AppendsEncryptedItemsAndReplacesDecryptedData) {
     EncryptionAPI const api = Initialized(3);
     std::vector<ByteArray> encrypted = {"old"}, data(5, "old");
-    EXPECT_TRUE(api.encryptDataList({"first", "second", "third"}, encrypted));
+    EXPECT_TRUE(api.encryptDataList({"first", "second"}, encrypted));
     encrypted.erase(encrypted.begin());
     EXPECT_TRUE(api.decryptDataList(encrypted, data));
-    EXPECT_FALSE(api.decryptDataList({encrypted[2], "odd", encrypted[0]}, data));
-    ASSERT_EQ(data.size(), 3u);
-    EXPECT_EQ(*data[0] + "|"s + *data[1] + "|" + *data[2], "third|second|third");
+    EXPECT_FALSE(api.decryptDataList({encrypted[1], "odd"}, data));
+    ASSERT_EQ(data.size(), 2u);
+    EXPECT_EQ(*data[0] + "|"s + *data[1], "second|second");
     std::vector<std::string> texts = {"old"};
     EXPECT_TRUE(api.encryptStringList({"abc", ""}, texts) && api.decryptStringList({"abc"}, texts));
     EXPECT_EQ(texts, (std::vector{"old"s, "AD33BAA16389AEEA"s, ""s, "AD33BAA16389AEEA"s}));

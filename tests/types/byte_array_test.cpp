@@ -12,8 +12,7 @@ static std::string Content(ByteArray& array) {
 TEST(ByteArray, IsFilledAndEdited) {
     char const* const null = nullptr;
     ByteArray array(null);
-    (((array += "ab") += array) += null) += "\0c"s;
-    array += static_cast<unsigned char>(0xFE);
+    ((((array += "ab") += array) += null) += "\0c"s) += static_cast<unsigned char>(0xFE);
     array.append("xyz", 2);
     EXPECT_EQ(Content(array), "abab\0c\xFExy"s);
     array.insert(1, "xyz", 2);
@@ -21,25 +20,19 @@ TEST(ByteArray, IsFilledAndEdited) {
     array.erase(3, 3);
     array.erase(4, 10);
     EXPECT_EQ(Content(array), "qxyby");
-    array = std::vector<int>{256, 257, -1};
-    array.resize(6L, 0x141);
+    (array = std::vector<int>{256, 257, -1}).resize(6L, 0x141);
     EXPECT_EQ(Content(array), "\x00\x01\xFF\x41\x41\x41"s);
     array.assign("xyzxyz", 5);
     array.assign(1, 0x01000384u);
     EXPECT_EQ(Content(array), "x\x01\0\x03\x84"s);
-    EXPECT_EQ(array.at(1), 0x01000384u);
-    EXPECT_EQ(array[4], 0x84);
+    EXPECT_TRUE(array.at(1) == 0x01000384u && array[4] == 0x84);
     int count = 2;
     array.resize(count, 0);
     EXPECT_EQ(Content(array), "x\x01");
+    EXPECT_EQ(Content((array = "ab") = static_cast<ByteArray&>(array)), "");
+    EXPECT_TRUE(((array = "ab") = null).empty());
     array = "12";
     array.loadASCIIHex(array);
-    EXPECT_EQ(Content(array), "");
-    array = "ab";
-    array = static_cast<ByteArray&>(array);
-    EXPECT_EQ(Content(array), "");
-    array = "ab";
-    array = null;
     EXPECT_TRUE(array.empty());
 }
 
@@ -49,8 +42,7 @@ TEST(ByteArray, HandsOutCopies) {
     long length = 7;
     array.getRawData(&data, length);
     EXPECT_TRUE(data == nullptr && length == 7);
-    array = "a\0b"s;
-    array.getRawData(&data, length);
+    (array = "a\0b"s).getRawData(&data, length);
     EXPECT_EQ(std::string(data, data + length), "a\0b"s);
     delete[] data;
     char const* const text = *array;
