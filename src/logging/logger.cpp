@@ -76,6 +76,12 @@ bool Passes(int level, char const* name) {
     return level <= threshold && threshold != off;
 }
 
+/// What an allocation that fails leaves of an initialisation: nothing.
+void GiveUp(FILE* file) {
+    initialised = false;
+    std::fclose(file);
+}
+
 char const* Prefix(int level) {
     switch (level) {
         case fatal:
@@ -113,8 +119,7 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         return true;
     }
 
-    // Closes the file again if an allocation fails before all is done.
-    std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(logFilePath.c_str(), "wb"), std::fclose);
+    std::unique_ptr<FILE, void (*)(FILE*)> file(std::fopen(logFilePath.c_str(), "wb"), GiveUp);
     if (!file) {
         LogMessage(error, module, "Logger couldn't open log file");
         return false;
@@ -143,9 +148,9 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         }
     }
 
+    initialised = true;
     CaptureInitialLogInfo(applicationName);
     file.release();
-    initialised = true;
     if (redirectStderr)
         dup2(fileno(logFile), STDERR_FILENO);
     std::atexit(TerminateLogger);
