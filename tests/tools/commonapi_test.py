@@ -80,7 +80,11 @@ class Command(unittest.TestCase):
                 process.stdin.write(b"a\n" * 1024)
                 process.stdin.flush()
                 time.sleep(1.2)
-        self.assertEqual(os.read(terminal, 100), b"\r2048 values\r\033[K")
+        os.close(errors)
+        shown = b""
+        while b"\033[K" not in shown:  # the terminal hands out what it has so far
+            shown += os.read(terminal, 100)
+        self.assertEqual(shown, b"\r2048 values\r\033[K")
 
     def test_failures_of_the_system_are_reported(self):
         with open("/dev/full", "wb") as full:
