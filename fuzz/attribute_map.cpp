@@ -7,8 +7,7 @@ using Model = std::map<std::string, std::string>;
 static void CheckReaders(AttributeMap& map, Model const& model, std::string const& key) {
     auto const entry = model.find(key.c_str());  // up to the first zero
     bool const found = entry != model.end();
-    char const* const text = found ? entry->second.c_str() : "";
-    char const* const none = nullptr;
+    char const *const text = found ? entry->second.c_str() : "", *const none = nullptr;
     auto const load = [&](auto value, auto fallback) {
         Check(map.loadMapVariable(key, value, fallback) == found);
         return value;
@@ -57,6 +56,5 @@ static void Try(std::string const& input) {
         CheckPosition(copy, model, line[1] - '0');
         map = copy;
     }
-    map.clear();
-    Check(map.empty());
+    map.clear(), Check(map.empty());
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -18,7 +19,16 @@ inline void Check(bool agree, int line = __builtin_LINE()) {
     std::abort();
 }
 
-extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t size) {
-    Try({reinterpret_cast<char const*>(data), size});
+#ifdef REPLAY  // each file of a folder
+int main(int, char** arguments) {
+    for (auto const& file : std::filesystem::directory_iterator(arguments[1])) {
+        std::cerr << file.path() << std::endl;  // the last one shown is the one that fails
+        Try(ReadFile(file.path()));
+    }
+}
+#else
+extern "C" int LLVMFuzzerTestOneInput(char const* data, std::size_t size) {
+    Try({data, size});
     return 0;
 }
+#endif

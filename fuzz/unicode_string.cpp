@@ -1,18 +1,16 @@
-#include <cerrno>
-
 #include "fuzz/target.h"
 #include "types/converter.h"
 
 /// One call of the converter: nothing if it refuses, else all up to the first zero.
 template <class Character>
-static std::basic_string<Character> Converted(char const* bytes, std::size_t count,
-                                              std::size_t room) {
+static std::basic_string<Character> Converted(void const* text, size_t count, size_t room) {
     using namespace CommonAPI::internal;
     static Converter const converter = sizeof(Character) == 1 ? OpenConverter("UTF-8", "WCHAR_T")
                                                               : OpenConverter("WCHAR_T", "UTF-8");
     std::basic_string<Character> result(room / sizeof(Character) + 1, 0);
+    auto from = static_cast<char const*>(text);
     auto to = reinterpret_cast<char*>(result.data());
-    bool const failed = Convert(converter, &bytes, &count, &to, &room) == -1;
+    bool const failed = Convert(converter, &from, &count, &to, &room) == -1;
     return failed && errno == EILSEQ ? std::basic_string<Character>() : result.c_str();
 }
 
@@ -21,20 +19,20 @@ struct Model {
     std::string narrow;
     std::wstring wide;
 
-    void deriveNarrow(bool wanted, std::size_t bytes) {
+    void toNarrow(bool wanted, std::size_t bytes) {
         if (wanted)
-            narrow = Converted<char>(reinterpret_cast<char const*>(wide.c_str()), bytes, bytes + 1);
+            narrow = Converted<char>(wide.c_str(), bytes, bytes + 1);
     }
     /// The length in characters serves as a count of bytes.
-    void deriveQuarter(bool wanted) { deriveNarrow(wanted, wide.size()); }
-    void deriveWide(bool wanted) {
-        if (!wanted)
-            return;
-        wide = Converted<wchar_t>(narrow.c_str(), narrow.size(), 4 * narrow.size());
-        narrow = narrow.c_str();
+    void quarter(bool wanted) { toNarrow(wanted, wide.size()); }
+    void toWide(bool wanted) {
+        if (wanted)
+            wide = Converted<wchar_t>(narrow.c_str(), narrow.size(), 4 * narrow.size());
+        if (wanted)
+            narrow = narrow.c_str();
     }
-    void fillNarrow() { deriveNarrow(narrow.empty(), 4 * wide.size()); }
-    void fillWide() { deriveWide(wide.empty()); }
+    void fillNarrow() { toNarrow(narrow.empty(), 4 * wide.size()); }
+    void fillWide() { toWide(wide.empty()); }
 };
 
 /// Whether a conversion would wait for the rest of a text, or of its part in front of a zero.
@@ -42,8 +40,8 @@ static bool Waits(std::string const& text) {
     return EndsInsideCharacter(text) || EndsInsideCharacter(text.c_str());
 }
 
-static bool SameSign(int a, int b) {
-    return (a < 0) == (b < 0) && (a > 0) == (b > 0);
+static int Sign(int difference) {
+    return (difference > 0) - (difference < 0);
 }
 
 static void CheckForms(UnicodeString real, Model const& m) {
@@ -60,14 +58,13 @@ static void CheckAgainst(char const* text, long at, long count, UnicodeString re
     Check(real.find(L"bc") == static_cast<long>(m.wide.find(L"bc")));
     Check(real.find(L'b') == static_cast<long>(m.wide.find(L'b')));
     m.fillNarrow();
-    std::string const all = m.narrow.c_str(),
-                      from = all.substr(std::min<std::size_t>(at, all.size()));
-    std::size_t const most = count ? count : std::string::npos;
+    std::string const all = m.narrow.c_str();
+    long const start = std::min<std::size_t>(at, all.size());
     for (bool const exact : {true, false}) {
         auto const compare = exact ? std::strncmp : strncasecmp;
-        Check(SameSign(real.compare(text, exact), compare(all.c_str(), text, std::string::npos)));
-        Check(SameSign(real.compare(text, all.size() - from.size(), count, exact),
-                       compare(from.c_str(), text, most)));
+        Check(Sign(real.compare(text, exact)) == Sign(compare(all.c_str(), text, SIZE_MAX)));
+        Check(Sign(real.compare(text, start, count, exact)) ==
+              Sign(compare(all.c_str() + start, text, count ? count : SIZE_MAX)));
     }
     UnicodeString pattern(text);
     Model other = {text, L""};
@@ -83,32 +80,26 @@ static void Try(std::string const& input) {
     Model m;
     std::string text;
     std::wstring wide;  // of each byte of the text a character, some of them illegal
-    int at, count;
+    int at, n;
     std::map<char, std::function<void()>> const operations = {
         {'n', [&] { real = text, m.narrow = text.c_str(); }},
         {'w', [&] { real = wide.c_str(), m.wide = wide.c_str(); }},
         {'x', [&] { real.clear(), m = Model(); }},
         {'c', [&] { real.c_str(), m.fillNarrow(); }},
         {'C', [&] { real.wc_str(), m.fillWide(); }},
-        {'a', [&] { real += text, m.narrow += text.c_str(), m.deriveWide(!m.wide.empty()); }},
-        {'A',
-         [&] { real += wide.c_str(), m.wide += wide.c_str(), m.deriveQuarter(!m.narrow.empty()); }},
-        {'i', [&] { real.insert(text, at, count), m.narrow.insert(at, text, 0, count); }},
-        {'s',
-         [&] { real = real.substr(at, count), m.narrow = m.narrow.substr(at, count).c_str(); }},
-        {'e',
-         [&] {
-             real.erase(at, count), m.wide.erase(at, count), m.deriveQuarter(!m.narrow.empty());
-         }},
+        {'a', [&] { real += text, m.narrow += text.c_str(), m.toWide(!m.wide.empty()); }},
+        {'A', [&] { real += wide.c_str(), m.wide += wide.c_str(), m.quarter(!m.narrow.empty()); }},
+        {'i', [&] { real.insert(text, at, n), m.narrow.insert(at, text, 0, n); }},
+        {'s', [&] { real = real.substr(at, n), m.narrow = m.narrow.substr(at, n).c_str(); }},
+        {'e', [&] { real.erase(at, n), m.wide.erase(at, n), m.quarter(!m.narrow.empty()); }},
         {'t',
          [&] {
-             real.transcodeMessage(text.c_str(), count);
-             m.narrow = text.substr(0, count), m.deriveWide(true), m.narrow = text.c_str();
+             real.transcodeMessage(text.c_str(), n);
+             m.narrow = text.substr(0, n), m.toWide(true), m.narrow = text.c_str();
          }},
         {'T', [&] {
-             real.transcodeMessage(wide.c_str(), count);
-             m.narrow =
-                 Converted<char>(reinterpret_cast<char const*>(wide.c_str()), count, count + 1);
+             real.transcodeMessage(wide.c_str(), n), m.wide.swap(wide);
+             m.toNarrow(true, n), m.wide.swap(wide);
          }}};
     std::istringstream lines(input);
     for (std::string line; std::getline(lines, line) && line.size() > 2;) {
@@ -117,16 +108,16 @@ static void Try(std::string const& input) {
         for (char const c : text)
             wide += (c & 0x80) == 0 ? c : (c & 0xFF) << (c & 1 ? 8 : 13);
         char const letter = line[0];
-        m.deriveQuarter((letter == 'i' || letter == 's') && m.narrow.empty());
+        m.quarter((letter == 'i' || letter == 's') && m.narrow.empty());
         at = std::min<std::size_t>(line[1] - '0', letter == 'e' ? m.wide.size() : m.narrow.size());
-        count = std::min<std::size_t>(line[2] - '0', text.size());
-        if (Waits(text) || Waits(text.substr(0, count)))
+        n = std::min<std::size_t>(line[2] - '0', text.size());
+        if (Waits(text) || Waits(text.substr(0, n)))
             return;
         if (operations.count(letter))
             operations.at(letter)();
         CheckForms(real, m);
         if (Waits(m.narrow))
             return;
-        CheckAgainst(text.c_str(), at, count, real, m);
+        CheckAgainst(text.c_str(), at, n, real, m);
     }
 }

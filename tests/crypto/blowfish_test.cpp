@@ -1,12 +1,10 @@
 #include <CommonAPI/blowfish.h>
-#include <gtest/gtest.h>
 
-#include <cstring>
 #include <iostream>
 
 #include "crypto/blowfish_kernel.h"
 #include "crypto/blowfish_key_schedule.h"
-#include "support/logged_child.h"
+#include "support/child_process.h"
 #include "types/byte_array_access.h"
 
 using namespace CommonAPI::internal;
@@ -56,7 +54,7 @@ TEST(Blowfish, KeepsItsTablesWhenThereIsNoPassword) {
 }
 
 TEST(Blowfish, LogsBadLengthsUnderTwoModulesAndLevelsOneOfThemMisspelled) {
-    LoggedChild const child = RunLogged([] {
+    ChildResult const child = RunLogged([] {
         ByteArray data("1234567");
         std::cout << Blowfish().encryptData(data) << Blowfish().decryptData(data) << *data;
     });

@@ -1,17 +1,12 @@
 #include <CommonAPI/encryption_api.h>
-#include <gtest/gtest.h>
 
-#include <cstring>
 #include <thread>
-#include <tuple>
 
-#include "support/logged_child.h"
-
-namespace {
+#include "support/child_process.h"
 
 using namespace std::string_literals;
 
-EncryptionAPI Initialized(int mode, std::string const& key = "k") {
+static EncryptionAPI Initialized(int mode, std::string const& key = "k") {
     EncryptionAPI api;
     ByteArray bytes;
     api.initializeAPI(bytes = key, mode);
@@ -20,15 +15,18 @@ EncryptionAPI Initialized(int mode, std::string const& key = "k") {
 
 /// What a call makes of an output that held "old", after "no " if the call fails.
 template <class Value>
-std::string Call(EncryptionAPI const& api, bool (EncryptionAPI::*call)(Value const&, Value&) const,
-                 std::string const& in) {
+static std::string Call(EncryptionAPI const& api,
+                        bool (EncryptionAPI::*call)(Value const&, Value&) const,
+                        std::string const& in) {
     Value value, out("old");
     std::string const result = (api.*call)(value = in, out) ? "" : "no ";
     return result + std::string(out.c_str(), static_cast<std::size_t>(out.size()));
 }
 
-auto const encryptText = &EncryptionAPI::encryptString, decryptText = &EncryptionAPI::decryptString;
-auto const encryptData = &EncryptionAPI::encryptData, decryptData = &EncryptionAPI::decryptData;
+static auto const encryptText = &EncryptionAPI::encryptString,
+                  decryptText = &EncryptionAPI::decryptString;
+static auto const encryptData = &EncryptionAPI::encryptData,
+                  decryptData = &EncryptionAPI::decryptData;
 
 // What is encrypted here was encrypted by OpenSSL too.
 TEST(EncryptionAPI, KeysTheCipherByMode) {
@@ -101,5 +99,3 @@ TEST(EncryptionAPI, ServesSeveralThreadsAtOnce) {
             }
         });
 }
-
-}  // namespace

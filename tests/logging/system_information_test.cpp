@@ -3,16 +3,11 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <ctime>
-#include <tuple>
-
 #include "logging/logger_state.h"
 
+// Login data that stand in front of the C library's.
 static char* login = nullptr;
 static passwd* entry = nullptr;
-
-// Login data that stand in front of the C library's.
 extern "C" char* getlogin() {
     return login;
 }
@@ -26,17 +21,16 @@ TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     named.pw_gecos = jane;
     emptyName.pw_gecos = empty;
     std::string const id = std::to_string(getuid());
-    // Login, its entry, USER, use the real name, allow an id; what is found, if anything.
-    using Row = std::tuple<char*, passwd*, char const*, bool, bool, char const*>;
-    for (auto const& [loginName, data, variable, useRealName, allowId, expected] :
-         {Row{jd, &named, "user", false, false, "jd"}, Row{jd, &named, "user", true, false, jane},
-          Row{jd, &emptyName, "user", true, false, ""}, Row{jd, &unnamed, "user", true, false, jd},
-          Row{jd, nullptr, "user", true, false, jd}, Row{nullptr, &named, "", true, true, ""},
-          Row{nullptr, &named, "user", true, true, "user"},
-          Row{nullptr, &named, nullptr, true, true, id.c_str()},
-          Row{nullptr, &named, nullptr, true, false, nullptr}}) {
-        login = loginName;
-        entry = data;
+    // Use the real name, allow an id, USER; what is found, if anything.
+    using Row = std::tuple<char*, passwd*, bool, bool, char const*, char const*>;
+    for (auto const& [loginName, data, useRealName, allowId, variable, expected] :
+         {Row{jd, &named, false, false, "user", "jd"}, Row{jd, &named, true, false, "user", jane},
+          Row{jd, &emptyName, true, false, "user", ""}, Row{jd, &unnamed, true, false, "user", jd},
+          Row{jd, nullptr, true, false, "user", jd}, Row{nullptr, &named, true, true, "", ""},
+          Row{nullptr, &named, true, true, "user", "user"},
+          Row{nullptr, &named, true, true, nullptr, id.c_str()},
+          Row{nullptr, &named, true, false, nullptr, nullptr}}) {
+        login = loginName, entry = data;
         variable ? setenv("USER", variable, 1) : unsetenv("USER");
         std::string name = "unchanged";
         EXPECT_EQ(GetCurrentUserName(name, useRealName, allowId), expected != nullptr);

@@ -1,12 +1,11 @@
 #include <CommonAPI/paper_size.h>
-#include <gtest/gtest.h>
 
 #include <iostream>
 
-#include "support/logged_child.h"
+#include "support/child_process.h"
 
 TEST(PaperSize, KeepsTheLastRecordOfEachNameAndLogsEverything) {
-    LoggedChild const child = RunLogged([] {
+    ChildResult const child = RunLogged([] {
         PaperSizeData const first = {"A4", 1, 2, 3, 4}, last = {"A4", 595, 842, 210.5f, 297.25f},
                             lowerCase = {"a4", 5, 6, 7, 8}, unnamed = {"", 9, 10, 11, 12};
         PaperSize sizes;

@@ -1,11 +1,5 @@
-// A plug-in with the identification variables that the build asks for.
 extern "C" {
-#ifdef DISPLAY_NAME
-char const* _KeldaSODisplayName = DISPLAY_NAME;
-#endif
-#ifdef PLUGIN_VERSION
-char const* _KeldaSOVersion = PLUGIN_VERSION;
-#endif
+char const *_KeldaSODisplayName = "Sample Filter", *_KeldaSOVersion = "2.1";
 int CommonAPITestEntryPoint() {
     return 42;
 }

@@ -1,19 +1,15 @@
 #include <CommonAPI/signal_trap.h>
 #include <CommonAPI/system_information.h>
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <sys/syscall.h>
 
-#include <cstring>
-#include <ctime>
 #include <iostream>
-#include <sstream>
 #include <thread>
 
 #include "signals/signal_report.h"
-#include "support/logged_child.h"
+#include "support/child_process.h"
 
-#define UNSANITIZED __attribute__((no_sanitize("undefined")))
+#define UNCHECKED __attribute__((no_sanitize("undefined")))
 
 // The allocator and the conversion of times of this test stand in front of the C library's. When
 // they are forbidden, a signal interrupts the first conversion, and nothing more may call them.
@@ -32,30 +28,26 @@ extern "C" std::tm* localtime(std::time_t const* time) {
     return std::gmtime(time);
 }
 
-namespace {
-
-void ExpectReport(int number, std::string const& name, std::string const& code,
-                  std::function<void()> const& body) {
-    LoggedChild const child = RunLogged([&] { TrapExceptionSignal(number, nullptr), body(); });
-    std::string const signal =
-        (name == "Unknown" ? "" : "SIG") + name + " (" + std::to_string(number) + ")";
-    EXPECT_EQ(child.status, 0) << signal;
+static void ExpectReport(int number, std::string const& name, std::string const& code,
+                         std::function<void()> const& body) {
+    ChildResult const child = RunLogged([&] { TrapExceptionSignal(number, nullptr), body(); });
+    EXPECT_EQ(child.status, 0) << number;
     EXPECT_EQ(child.log,
               "FATAL/ExceptionSignalHandler:  \n\n*******************************\n"
               "  UNEXPECTED APPLICATION EXIT  \n*******************************\n"
               "Exception Signal:  " +
-                  signal + "\nSignal Code:       " + code + "\nTerminating logging facility\n");
+                  name + " (" + std::to_string(number) + ")\nSignal Code:       " + code + "\n" +
+                  closingLine);
 }
 
 TEST(SignalTrap, ReportsFaults) {
     static int volatile zero = 0, * volatile nowhere = nullptr;
-    ExpectReport(11, "SEGV", "Address not mapped to object\n", []() UNSANITIZED { *nowhere = 7; });
-    ExpectReport(8, "FPE", "Integer divide by zero\n", []() UNSANITIZED { zero = 7 / zero; });
-    ExpectReport(6, "ABRT", "Unknown Code:  -6\n", std::abort);
+    ExpectReport(11, "SIGSEGV", "Address not mapped to object\n", []() UNCHECKED { *nowhere = 7; });
+    ExpectReport(8, "SIGFPE", "Integer divide by zero\n", []() UNCHECKED { zero = 7 / zero; });
+    ExpectReport(6, "SIGABRT", "Unknown Code:  -6\n", std::abort);
     EXPECT_EQ(RunInChild([] { TrapExceptionSignal(6, nullptr), std::abort(); }).status, 0);
     std::string const log = RunLogged([] { CommonAPI::internal::ReportSignal(nullptr); }).log;
-    EXPECT_EQ(log.substr(log.find("Exception S")),
-              "Exception Signal:  Unknown\nTerminating logging facility\n");
+    EXPECT_EQ(log.substr(log.find("Exception S")), "Exception Signal:  Unknown\n" + closingLine);
 }
 
 TEST(SignalTrap, TellsEverySignalAndTheMeaningOfItsCodes) {
@@ -96,7 +88,7 @@ TEST(SignalTrap, RefusesNumbersAndCallsTheLastHandlerWithFaultsBlocked) {
 }
 
 TEST(SignalTrap, ReportsWhateverWasInterrupted) {
-    ExpectReport(SIGUSR1, "USR1", "", [] {
+    ExpectReport(SIGUSR1, "SIGUSR1", "", [] {
         std::string().swap(LogMessageBuffer);  // or its storage would count as leaked
         std::memset(static_cast<void*>(&LogMessageBuffer), 0x11, sizeof(char*));  // half changed
         flockfile(*static_cast<FILE**>(dlsym(RTLD_DEFAULT, "_IO_list_all")));     // the log's
@@ -108,5 +100,3 @@ TEST(SignalTrap, ReportsWhateverWasInterrupted) {
         }).join();
     });
 }
-
-}  // namespace

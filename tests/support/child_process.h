@@ -1,20 +1,22 @@
 #pragma once
 
+#include <CommonAPI/logging.h>
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <functional>
-#include <iterator>
-#include <string>
+#include <sstream>
+
+inline std::string const closingLine = "Terminating logging facility\n";
 
 struct ChildResult {
     int status;  ///< exit status, or the negative number of the signal that ended the process
-    std::string output;
-    std::string errors;
+    std::string output, errors;
+    std::string log = "";  ///< the lines that follow the header, each without its time
 };
 
 /// All that is in a file, which ends if it is a temporary one.
@@ -27,8 +29,7 @@ inline std::string Take(std::FILE* file) {
 
 /// Runs `body` and a normal exit in a process of its own.
 inline ChildResult RunInChild(std::function<void()> const& body) {
-    std::FILE* const output = std::tmpfile();
-    std::FILE* const errors = std::tmpfile();
+    std::FILE *const output = std::tmpfile(), *const errors = std::tmpfile();
     pid_t const child = fork();
     if (child == 0) {
         dup2(fileno(output), STDOUT_FILENO);
@@ -41,4 +42,28 @@ inline ChildResult RunInChild(std::function<void()> const& body) {
     waitpid(child, &status, 0);
     status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     return {status, Take(output), Take(errors)};
+}
+
+inline std::string LinesAfterHeader(std::string const& log) {
+    std::istringstream lines(log.substr(log.rfind("--\n") + 3));
+    std::string result;
+    for (std::string line; std::getline(lines, line);)
+        result += line.substr(line.find(" - ") == 8 ? 11 : 0) + "\n";
+    return result;
+}
+
+inline int loggedFile;  ///< a descriptor of the log, apart from the logger's
+
+/// Runs `body` in a process of its own, which logs everything.
+inline ChildResult RunLogged(std::function<void()> const& body) {
+    std::FILE* const log = std::tmpfile();
+    loggedFile = fileno(log);
+    ChildResult child = RunInChild([&] {
+        AttributeMap settings;
+        settings["Global"] = "4";
+        InitializeLogger("/dev/fd/" + std::to_string(loggedFile), &settings, "sample", false);
+        body();
+    });
+    child.log = LinesAfterHeader(Take(log));
+    return child;
 }

@@ -4,7 +4,6 @@ import pty
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 _, command, plugin = sys.argv[1:]
@@ -71,20 +70,6 @@ class Command(unittest.TestCase):
         self.assertEqual(pty.spawn([command, "encrypt", "a"], answer), 0)
         self.assertNotIn(b"secret", shown)
         self.assertIn(run("encrypt", *KEY, "a")[1].strip(), shown)
-
-    def test_a_terminal_sees_the_count_after_a_second(self):
-        terminal, errors = pty.openpty()
-        with subprocess.Popen([command, "encrypt", *KEY], stdin=subprocess.PIPE, stderr=errors,
-                              stdout=subprocess.DEVNULL, env=os.environ | {"PW": "x"}) as process:
-            for _ in range(2):
-                process.stdin.write(b"a\n" * 1024)
-                process.stdin.flush()
-                time.sleep(1.2)
-        os.close(errors)
-        shown = b""
-        while b"\033[K" not in shown:  # the terminal hands out what it has so far
-            shown += os.read(terminal, 100)
-        self.assertEqual(shown, b"\r2048 values\r\033[K")
 
     def test_failures_of_the_system_are_reported(self):
         with open("/dev/full", "wb") as full:

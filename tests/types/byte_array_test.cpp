@@ -31,8 +31,7 @@ TEST(ByteArray, IsFilledAndEdited) {
     EXPECT_EQ(Content(array), "x\x01");
     EXPECT_EQ(Content((array = "ab") = static_cast<ByteArray&>(array)), "");
     EXPECT_TRUE(((array = "ab") = null).empty());
-    array = "12";
-    array.loadASCIIHex(array);
+    (array = "12").loadASCIIHex(array);
     EXPECT_TRUE(array.empty());
 }
 

@@ -1,10 +1,6 @@
 #include <CommonAPI/text_utilities.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cerrno>
-#include <climits>
-
 TEST(TextUtilities, NumbersShareOneBuffer) {
     char const* const first = itoa(INT_MIN);
     EXPECT_STREQ(first, "-2147483648");

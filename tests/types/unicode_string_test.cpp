@@ -2,9 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <sstream>
-#include <stdexcept>
-#include <tuple>
 
 // The rules of the two forms: the target `unicode_string` under fuzz/.
 TEST(UnicodeString, TakesNumbersTextsAndNothing) {

@@ -1,4 +1,4 @@
-// A plug-in that links the library and logs while it is loaded and unloaded.
+// Without identification; links the library and logs while it is loaded and unloaded.
 #include <CommonAPI/logging.h>
 
 struct Logs {
