@@ -1,7 +1,6 @@
 #include <CommonAPI/logging.h>
 
 #include <CommonAPI/system_information.h>
-#include <stdio_ext.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,6 +21,7 @@ COMMONAPI_EARLY_STATIC std::string LogMessageBuffer;
 
 using CommonAPI::internal::NotNull;
 using CommonAPI::internal::WriteToLog;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -82,7 +82,7 @@ void GiveUp(FILE* file) {
     std::fclose(file);
 }
 
-char const* Prefix(int level) {
+std::string_view Prefix(int level) {
     switch (level) {
         case fatal:
             return "FATAL/";
@@ -95,6 +95,18 @@ char const* Prefix(int level) {
     }
 }
 
+/// The pieces one behind the other, in `room` or, where that is too short, in `longLine`.
+template <std::size_t size, class... Pieces>
+std::string_view Join(char (&room)[size], std::string& longLine, Pieces... pieces) {
+    std::size_t const length = (pieces.size() + ...);
+    if (length > size)
+        longLine.resize(length);
+    char* const line = longLine.empty() ? room : longLine.data();
+    char* end = line;
+    ((end = std::copy(pieces.begin(), pieces.end(), end)), ...);
+    return {line, length};
+}
+
 }  // namespace
 
 AttributeMap& CommonAPI::internal::LoggerSettings() {
@@ -102,14 +114,18 @@ AttributeMap& CommonAPI::internal::LoggerSettings() {
 }
 
 void CommonAPI::internal::WriteToLog(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), logFile);
-    std::fflush(logFile);
+    // What `fwrite` and `fflush` come to, but for the stream's buffer and lock, which a signal
+    // would find half changed and held.
+    while (!text.empty()) {
+        ssize_t const written = write(fileno(logFile), text.data(), text.size());
+        if (written < 0)
+            return;
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
 }
 
 void CommonAPI::internal::EnterSignalContext() {
     inSignalContext = true;
-    if (initialised)
-        __fsetlocking(logFile, FSETLOCKING_BYCALLER);
 }
 
 bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
@@ -125,11 +141,6 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
         return false;
     }
     logFile = file.get();
-
-    // Each line is written at once anyway, and a signal may arrive between any two instructions:
-    // what it finds is no half-filled buffer, nor does closing the file ask the allocator to take
-    // one back.
-    std::setvbuf(logFile, nullptr, _IONBF, 0);
 
     // The warnings come before the default takes effect, so the thresholds in force until then
     // decide whether standard error shows them.
@@ -163,30 +174,17 @@ void LogMessage(int level, char const* name, char const* text) {
     if (!Passes(level, name))
         return;
 
-    std::string time;
-    if (inSignalContext)
-        CommonAPI::internal::GetTimeOfDayInSignal(time);
-    else
-        GetCurrentTime(time, "%X");
-    std::string_view const pieces[] = {time, " - ", Prefix(level), name, ":  ", text, "\n"};
-    std::size_t length = 0;
-    for (std::string_view const piece : pieces)
-        length += piece.size();
-
+    std::string_view const time = inSignalContext ? CommonAPI::internal::TimeOfDayInSignal()
+                                                  : CommonAPI::internal::CurrentTime("%X");
     char room[1024];  // lines of usual length ask the allocator for nothing
     std::string longLine;
-    if (length > sizeof room)
-        longLine.resize(length);
-    char* const line = longLine.empty() ? room : longLine.data();
-    char* end = line;
-    for (std::string_view const piece : pieces)
-        end = std::copy(piece.begin(), piece.end(), end);
-
-    std::string_view const whole(line, length);
+    std::string_view const line =
+        Join(room, longLine, time, " - "sv, Prefix(level), std::string_view(name), ":  "sv,
+             std::string_view(text), "\n"sv);
     if (initialised)
-        WriteToLog(whole);
+        WriteToLog(line);
     else
-        std::cerr << whole << std::endl;  // a second newline: an empty line follows each message
+        std::cerr << line << std::endl;  // a second newline: an empty line follows each message
 }
 
 void LogStringMessage(int level, char const* name, std::string& text) {

@@ -11,17 +11,19 @@ namespace CommonAPI::internal {
 /// The logger's copy of the settings of the last initialisation that gave any.
 AttributeMap& LoggerSettings();
 
-/// Writes to the open log file with one write, and flushes.
+/// Writes to the open log file, with one write.
 void WriteToLog(std::string_view text);
 
-/// From here on the process is ending in a signal's handler. Lines wait neither for the lock of the
-/// log's stream nor, by `GetTimeOfDayInSignal`, for that of the time: the interrupted code may hold
-/// them.
+/// From here on the process is ending in a signal's handler. Lines do not wait, by
+/// `TimeOfDayInSignal`, for the lock of the time: the interrupted code may hold it.
 void EnterSignalContext();
 
-/// The local time of day as "%X" formats it, by the clock's offset when `GetCurrentTime` was last
-/// called. The C library's conversion would take a lock, and memory.
-void GetTimeOfDayInSignal(std::string& out);
+/// The local time by the clock, as `strftime` formats it; kept until the next call.
+std::string_view CurrentTime(char const* format);
+
+/// The local time of day as "%X" formats it, by the clock's offset when the time was last asked
+/// for. The C library's conversion would take a lock, and memory.
+std::string_view TimeOfDayInSignal();
 
 }  // namespace CommonAPI::internal
 

@@ -124,30 +124,33 @@ void CaptureInitialLogInfo(char const* applicationName) {
     CommonAPI::internal::WriteToLog(header);
 }
 
-void GetCurrentTime(std::string& out, char const* format) {
-    NotNull(format, "GetCurrentTime");
+std::string_view CommonAPI::internal::CurrentTime(char const* format) {
     static std::time_t now;
     static char text[512];
+    static std::size_t length;
     static TimeSetting setting;
     now = std::time(nullptr);
     if (!setting.stays(now, format)) {
         std::tm const* const local = std::localtime(&now);
         timeOfDayOffset = (local->tm_hour * 60 + local->tm_min) * 60 + local->tm_sec - now;
-        if (std::strftime(text, sizeof text, format, local) == 0)
-            text[0] = '\0';
+        length = std::strftime(text, sizeof text, format, local);
     }
-    out = text;
+    return {text, length};
 }
 
-void CommonAPI::internal::GetTimeOfDayInSignal(std::string& out) {
+void GetCurrentTime(std::string& out, char const* format) {
+    out = CommonAPI::internal::CurrentTime(NotNull(format, "GetCurrentTime"));
+}
+
+std::string_view CommonAPI::internal::TimeOfDayInSignal() {
     constexpr int day = 24 * 60 * 60;
     int const second = static_cast<int>((std::time(nullptr) + timeOfDayOffset) % day + day) % day;
     std::tm local = {};
     local.tm_hour = second / (60 * 60);
     local.tm_min = second / 60 % 60;
     local.tm_sec = second % 60;
-    char text[64];
-    out.assign(text, std::strftime(text, sizeof text, "%X", &local));
+    static char text[64];
+    return {text, std::strftime(text, sizeof text, "%X", &local)};
 }
 
 bool GetCurrentUserName(std::string& out, bool useRealName, bool allowNumericUid) {

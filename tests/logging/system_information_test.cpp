@@ -51,7 +51,7 @@ TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
         do {  // until the second is the same before and after
             now = std::time(nullptr);
             GetCurrentTime(text, formats[round % 5]);
-            CommonAPI::internal::GetTimeOfDayInSignal(inSignal);
+            inSignal = CommonAPI::internal::TimeOfDayInSignal();
         } while (now != std::time(nullptr));
         std::size_t const length =
             std::strftime(expected, 512, formats[round % 5], std::localtime(&now));
