@@ -2,6 +2,7 @@
 
 #include <CommonAPI/unicode_string.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -23,10 +24,9 @@ char const* const keySeparator = "-->";
 
 constexpr std::size_t scratchLength = 65536;
 char narrowScratch[scratchLength];
-wchar_t wideScratch[scratchLength];
 
-/// How much of the wide area is filled at a time: what stays in the nearest cache while it is
-/// copied and cleared.
+/// How many wide characters are made room for at a time: what stays in the nearest cache between
+/// being cleared and being written.
 constexpr std::size_t wideChunk = 4096;
 
 bool baseTranscodersReady = false;
@@ -122,23 +122,21 @@ wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int co
 
     wideString.reserve(count);
     std::size_t inputLeft = count;
-    bool failed = false;
-    while (inputLeft != 0 && !failed) {
-        auto const begin = reinterpret_cast<char*>(wideScratch);
-        char* end = begin;
-        std::size_t room = wideChunk * sizeof(wchar_t);
+    std::size_t length = 0;
+    while (inputLeft != 0) {
+        wideString.resize(length + std::min(inputLeft, wideChunk));
+        auto end = reinterpret_cast<char*>(&wideString[length]);
+        std::size_t room = (wideString.size() - length) * sizeof(wchar_t);
         int const result = Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room);
+        length = wideString.size() - room / sizeof(wchar_t);
         // Text that ends inside a sequence is no error: but in the hardened library, the loop then
         // waits for ever.
-        failed = transcodingError(result) || (hardened && result == -1 && errno == EINVAL);
-        auto const size = static_cast<std::size_t>(end - begin);
-        wideString.append(wideScratch, size / sizeof(wchar_t));
-        std::memset(begin, 0, size);
+        if (transcodingError(result) || (hardened && result == -1 && errno == EINVAL))
+            length = inputLeft = 0;
     }
-    if (failed)
-        wideString.clear();
-    else if (count > narrowString.size())  // like a C string, the text ends at its first zero
-        wideString.resize(std::wcslen(wideString.c_str()));
+    if (count > narrowString.size())  // like a C string, the text ends at its first zero
+        length = wcsnlen(wideString.c_str(), length);
+    wideString.resize(length);
     return wideString.c_str();
 }
 
