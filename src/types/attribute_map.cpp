@@ -1,8 +1,8 @@
 #include <CommonAPI/attribute_map.h>
 
 #include <CommonAPI/text_utilities.h>
-#include <strings.h>
 
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
@@ -16,6 +16,19 @@ namespace {
 COMMONAPI_EARLY_STATIC std::string const noKey;
 COMMONAPI_EARLY_STATIC UnicodeString noValue;
 
+/// "True" in any case. No locale maps another character to one of these letters.
+bool IsTrue(char const* text) {
+    return (text[0] | ' ') == 't' && (text[1] | ' ') == 'r' && (text[2] | ' ') == 'u' &&
+           (text[3] | ' ') == 'e' && text[4] == '\0';
+}
+
+/// As `atoi` has it, but faster where a number that fits stands at the beginning.
+int ToInteger(char const* text) {
+    int number;
+    auto const result = std::from_chars(text, text + std::strlen(text), number);
+    return result.ec == std::errc() ? number : std::atoi(text);
+}
+
 }  // namespace
 
 AttributeMap::AttributeMap() = default;
@@ -26,9 +39,14 @@ AttributeMap& AttributeMap::operator=(AttributeMap const& other) = default;
 
 UnicodeString* AttributeMap::findValue(std::string const& key) {
     if (std::memchr(key.data(), '\0', key.size()))
-        return findValue(std::string(key.c_str()));
+        return findTerminated(key.c_str());
     auto const entry = attributes.find(key);
     return entry == attributes.end() ? nullptr : &entry->second;
+}
+
+// Apart, so that the usual look-up has no text to make room for and to guard.
+UnicodeString* AttributeMap::findTerminated(char const* key) {
+    return findValue(key);
 }
 
 bool AttributeMap::loadMapVariable(std::string const& key, UnicodeString& value) {
@@ -50,13 +68,13 @@ bool AttributeMap::loadMapVariable(std::string const& key, UnicodeString& value,
 
 bool AttributeMap::loadMapVariable(std::string const& key, bool& value, bool defaultValue) {
     UnicodeString* const stored = findValue(key);
-    value = stored ? strcasecmp(stored->c_str(), pTrueString) == 0 : defaultValue;
+    value = stored ? IsTrue(stored->c_str()) : defaultValue;
     return stored;
 }
 
 bool AttributeMap::loadMapVariable(std::string const& key, int& value, int defaultValue) {
     UnicodeString* const stored = findValue(key);
-    value = stored ? std::atoi(stored->c_str()) : defaultValue;
+    value = stored ? ToInteger(stored->c_str()) : defaultValue;
     return stored;
 }
 
