@@ -125,7 +125,7 @@ wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int co
     std::size_t length = 0;
     while (inputLeft != 0) {
         wideString.resize(length + std::min(inputLeft, wideChunk));
-        auto end = reinterpret_cast<char*>(&wideString[length]);
+        auto end = reinterpret_cast<char*>(wideString.data() + length);
         std::size_t room = (wideString.size() - length) * sizeof(wchar_t);
         int const result = Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room);
         length = wideString.size() - room / sizeof(wchar_t);
@@ -136,7 +136,7 @@ wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int co
     }
     if (count > narrowString.size())  // like a C string, the text ends at its first zero
         length = wcsnlen(wideString.c_str(), length);
-    wideString.resize(length);
+    wideString.erase(length);
     return wideString.c_str();
 }
 
