@@ -68,10 +68,8 @@ void SetSettings(AttributeMap const& source) {
     moduleThresholds.swap(thresholds);
 }
 
-bool Passes(int level, char const* name) {
-    if (level > highestThreshold)
-        return false;
-    auto const entry = moduleThresholds.find(std::string_view(name));
+bool Passes(int level, std::string_view name) {
+    auto const entry = moduleThresholds.find(name);
     int const threshold = entry == moduleThresholds.end() ? globalThreshold : entry->second;
     return level <= threshold && threshold != off;
 }
@@ -171,16 +169,18 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
 void LogMessage(int level, char const* name, char const* text) {
     NotNull(name, "LogMessage");
     NotNull(text, "LogMessage");
-    if (!Passes(level, name))
+    if (level > highestThreshold)
+        return;
+    std::string_view const moduleName(name);
+    if (!Passes(level, moduleName))
         return;
 
     std::string_view const time = inSignalContext ? CommonAPI::internal::TimeOfDayInSignal()
                                                   : CommonAPI::internal::CurrentTime("%X");
     char room[1024];  // lines of usual length ask the allocator for nothing
     std::string longLine;
-    std::string_view const line =
-        Join(room, longLine, time, " - "sv, Prefix(level), std::string_view(name), ":  "sv,
-             std::string_view(text), "\n"sv);
+    std::string_view const line = Join(room, longLine, time, " - "sv, Prefix(level), moduleName,
+                                       ":  "sv, std::string_view(text), "\n"sv);
     if (initialised)
         WriteToLog(line);
     else
