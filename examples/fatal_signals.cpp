@@ -17,5 +17,5 @@ int main(int count, char** arguments) {
 
     int volatile* volatile nowhere = nullptr;
     *nowhere = 1;  // NOLINT: on purpose
-    return 1;  // not reached: the report ends the process with status 0
+    return 1;      // not reached: the report ends the process with status 0
 }

@@ -159,7 +159,7 @@ bool InitializeLogger(std::string logFilePath, AttributeMap* newSettings,
 
     initialised = true;
     CaptureInitialLogInfo(applicationName);
-    file.release();
+    static_cast<void>(file.release());
     if (redirectStderr)
         dup2(fileno(logFile), STDERR_FILENO);
     std::atexit(TerminateLogger);

@@ -14,8 +14,8 @@ AttributeMap& LoggerSettings();
 /// Writes to the open log file, with one write.
 void WriteToLog(std::string_view text);
 
-/// From here on the process is ending in a signal's handler. Lines do not wait, by
-/// `TimeOfDayInSignal`, for the lock of the time: the interrupted code may hold it.
+/// From here on the process is ending in a signal's handler. Lines take their time from
+/// `TimeOfDayInSignal`, which waits for no lock: the interrupted code may hold it.
 void EnterSignalContext();
 
 /// The local time by the clock, as `strftime` formats it; kept until the next call.

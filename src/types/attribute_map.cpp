@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iostream>
 #include <iterator>
+#include <string_view>
 
 #include "types/early_static.h"
 
@@ -38,7 +39,7 @@ AttributeMap::~AttributeMap() = default;
 AttributeMap& AttributeMap::operator=(AttributeMap const& other) = default;
 
 UnicodeString* AttributeMap::findValue(std::string const& key) {
-    if (std::memchr(key.data(), '\0', key.size()))
+    if (std::string_view(key).find('\0') != std::string_view::npos)
         return findTerminated(key.c_str());
     auto const entry = attributes.find(key);
     return entry == attributes.end() ? nullptr : &entry->second;

@@ -201,7 +201,8 @@ long UnicodeString::find(char c, long const& position) {
 }
 
 long UnicodeString::find(char const* text, long const& position) {
-    return static_cast<long>(narrowString.find(NotNull(text, "UnicodeString::find"), Index(position)));
+    return static_cast<long>(
+        narrowString.find(NotNull(text, "UnicodeString::find"), Index(position)));
 }
 
 long UnicodeString::find(wchar_t c) {
