@@ -105,17 +105,20 @@ def draw(times, date):
 def draw_growth(file, date):
     series = {}
     for line in file.read_text().splitlines():
-        name, size, time, memory = line.split("\t")
-        series.setdefault(name, []).append((float(size), float(time), float(memory)))
-    plots, data = [], []
-    for name, points in series.items():
-        plots.append(f"'-' with linespoints title '{name}'")
-        data += [f"{size} {time}" for size, time, _ in points] + ["e"]
-    script = [f"set terminal svg size 900,500 background 'white'; set output '{DOCS / 'growth.svg'}'",
-              f'set title "Nanoseconds per line, look-up or byte\\n{processor()}, {date}"',
-              "set logscale xy; set format xy '10^{%T}'; set grid; set key outside",
-              "set xlabel 'lines, entries or bytes'; set ylabel 'ns'",
-              "plot " + ", ".join(plots), *data]
+        name, *point = line.split("\t")
+        series.setdefault(name, []).append(point)
+    buffers = [name for name in series if not name.startswith(("log", "map"))]
+    script = [f"set terminal svg size 900,900 background 'white'; set output '{DOCS / 'growth.svg'}'",
+              f'set multiplot layout 2,1 title "{processor()}, {date}"',
+              "set logscale xy; set format xy '10^{%T}'; set grid; set key outside"]
+    for column, names, labels in ((1, series, "set xlabel 'lines, entries or bytes'; set ylabel "
+                                              "'nanoseconds per line, look-up or byte'"),
+                                  (2, buffers, "set xlabel 'bytes'; set ylabel 'bytes of memory per "
+                                               "byte, beside the input'; unset logscale y; "
+                                               "set format y '%g'; set yrange [0:5]")):
+        script += [labels, "plot " + ", ".join(f"'-' with linespoints title '{name}'" for name in names)]
+        for name in names:
+            script += [f"{point[0]} {point[column]}" for point in series[name]] + ["e"]
     subprocess.run(["gnuplot"], input="\n".join(script), text=True, check=True)
     print("drawn: docs/growth.svg")
 
