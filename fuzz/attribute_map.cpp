@@ -25,8 +25,7 @@ static void CheckReaders(AttributeMap& map, Model const& model, std::string cons
 }
 
 static void CheckPosition(AttributeMap& map, Model const& model, long position) {
-    AttributeMap none;
-    none[0L] = "shared";  // what all maps yield for a position that is not valid
+    AttributeMap()[0L] = "shared";  // what all maps yield for a position that is not valid
     bool const valid = !model.empty() && position < map.size();
     auto const entry = valid ? std::next(model.begin(), std::max(position, 0L)) : model.end();
     std::string const expected = valid ? entry->first + "=" + entry->second : "old=old";
@@ -52,8 +51,7 @@ static void Try(std::string const& input) {
             Check(map.removeMapVariable(key) == model.erase(key));
         AttributeMap copy(map);
         Check(copy.size() == static_cast<long>(model.size()) && copy.empty() == model.empty());
-        CheckReaders(copy, model, key);
-        CheckPosition(copy, model, line[1] - '0');
+        CheckReaders(copy, model, key), CheckPosition(copy, model, line[1] - '0');
         map = copy;
     }
     map.clear(), Check(map.empty());

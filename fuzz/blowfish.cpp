@@ -30,10 +30,9 @@ static void TryKernels(std::string const& key, std::string const& data) {
     for (BlowfishKernel const& kernel : BlowfishKernels())
         if (kernel.supported()) {
             std::string copy = data;
-            kernel.encrypt(subkeys, boxes, Bytes(copy) + copy.size() % 8, copy.size() / 8);
-            Check(copy == encrypted);
-            kernel.decrypt(subkeys, boxes, Bytes(copy) + copy.size() % 8, copy.size() / 8);
-            Check(copy == data);
+            unsigned char* const blocks = Bytes(copy) + copy.size() % 8;
+            kernel.encrypt(subkeys, boxes, blocks, copy.size() / 8), Check(copy == encrypted);
+            kernel.decrypt(subkeys, boxes, blocks, copy.size() / 8), Check(copy == data);
         }
 }
 

@@ -19,9 +19,7 @@ static Outcome Run(std::vector<std::string> arguments, std::string const& input)
     std::streambuf* const streams[] = {std::cin.rdbuf(in.rdbuf()), std::cout.rdbuf(out.rdbuf()),
                                        std::cerr.rdbuf(err.rdbuf())};
     int const status = RunCommand(static_cast<int>(arguments.size()), pointers.data());
-    std::cin.rdbuf(streams[0]);
-    std::cout.rdbuf(streams[1]);
-    std::cerr.rdbuf(streams[2]);
+    std::cin.rdbuf(streams[0]), std::cout.rdbuf(streams[1]), std::cerr.rdbuf(streams[2]);
     return {status, out.str(), err.str()};
 }
 
@@ -37,8 +35,7 @@ static void Try(std::string const& input) {
         return;
     if (arguments.size() > 1) {
         auto const [status, output, errors] = Run(arguments, lines);
-        Check((status == 0) == errors.empty());
-        return;
+        return Check((status == 0) == errors.empty());
     }
     auto const [status, encrypted, errors] = Run({"commonapi", "encrypt"}, lines);
     Check((status == 0) == (lines.find('\0') == std::string::npos));

@@ -15,16 +15,11 @@ static void Try(std::string const& input) {
         read += static_cast<char>(number);
     }
     char pair[3];
-    for (char const byte : input) {
-        std::snprintf(pair, sizeof pair, "%02X", byte & 0xFF);
-        written += pair;
-    }
+    for (char const byte : input)
+        std::snprintf(pair, sizeof pair, "%02X", byte & 0xFF), written += pair;
     ByteArray bytes, fromText("old"), fromBytes("old"), back;
-    bytes = input;
-    fromText.loadASCIIHex(input);
-    fromBytes.loadASCIIHex(bytes);
-    bytes.getASCIIHex(digits);
-    back.loadASCIIHex(digits);
+    (bytes = input).getASCIIHex(digits);
+    fromText.loadASCIIHex(input), fromBytes.loadASCIIHex(bytes), back.loadASCIIHex(digits);
     Check(Text(fromText) == read && Text(fromBytes) == read);
     Check(digits == written && Text(back) == input);
 

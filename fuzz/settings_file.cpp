@@ -9,8 +9,8 @@ static void Try(std::string const& input) {
     std::string message, line;
     std::istringstream lines(input);
     for (int number = 1; message.empty() && std::getline(lines, line); ++number) {
-        auto const separator = line.find('='), first = line.find_first_not_of(" \t\r");
-        if (first == std::string::npos || line[first] == '#')
+        auto const separator = line.find('=');
+        if (Trimmed(line).empty() || Trimmed(line)[0] == '#')
             continue;
         if (separator == std::string::npos)
             message = path + ":" + std::to_string(number) + ": no '=' in this line";

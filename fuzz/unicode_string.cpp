@@ -27,8 +27,7 @@ struct Model {
     void quarter(bool wanted) { toNarrow(wanted, wide.size()); }
     void toWide(bool wanted) {
         if (wanted)
-            wide = Converted<wchar_t>(narrow.c_str(), narrow.size(), 4 * narrow.size());
-        if (wanted)
+            wide = Converted<wchar_t>(narrow.c_str(), narrow.size(), 4 * narrow.size()),
             narrow = narrow.c_str();
     }
     void fillNarrow() { toNarrow(narrow.empty(), 4 * wide.size()); }
@@ -48,8 +47,7 @@ static void CheckForms(UnicodeString real, Model const& m) {
     long const length = m.wide.empty() ? m.narrow.size() : m.wide.size();
     Check(real.length() == (length ? length : -1));
     Check(real.compare(m.wide.c_str(), true) == (m.wide.empty() ? -1 : 0));
-    real = L"";
-    Check(real.substr(0, -1) == m.narrow);
+    Check((real = L"").substr(0, -1) == m.narrow);
 }
 
 static void CheckAgainst(char const* text, long at, long count, UnicodeString real, Model m) {
@@ -68,8 +66,7 @@ static void CheckAgainst(char const* text, long at, long count, UnicodeString re
     }
     UnicodeString pattern(text);
     Model other = {text, L""};
-    m.fillWide();
-    other.fillWide();
+    m.fillWide(), other.fillWide();
     Check((real == pattern) == (m.wide == other.wide));
     Check(real.find(pattern) == static_cast<long>(m.wide.find(other.wide)));
 }

@@ -48,8 +48,7 @@ TEST(Logger, WarnsOfMissingSettingsByTheThresholdsUntilThen) {
         Open("Global 3 Net 4");
         TerminateLogger();
         InitializeLogger("/dev/stdout", nullptr, nullptr, false);
-        LogMessage(4, "Net", "settings stay");
-        LogMessage(2, "Other", "filtered");
+        LogMessage(4, "Net", "settings stay"), LogMessage(2, "Other", "filtered");
     });
     EXPECT_THAT(again.errors, MatchesRegex(warning + "Logging settings" + action));
     EXPECT_THAT(
@@ -61,19 +60,15 @@ TEST(Logger, GoesToStandardErrorWhileNotInitialised) {
     ChildResult const child = RunInChild([] {
         auto const fails = [] { return !InitializeLogger("/no/such", nullptr, nullptr, false); };
         LogMessage(1, "Net", "dropped");
-        bool success = fails();
-        success &= Open("Global 3 LoggingAPI 4", true);
+        bool success = fails() && Open("Global 3 LoggingAPI 4", true);
         dprintf(STDERR_FILENO, "redirected\n");
         success &= !fails();  // it is open already
-        TerminateLogger();
-        TerminateLogger();
-        LogMessage(3, "Net", "passes");
-        LogMessage(4, "Net", "dropped");
+        TerminateLogger(), TerminateLogger();
+        LogMessage(3, "Net", "passes"), LogMessage(4, "Net", "dropped");
         success &= fails();
         std::printf("%d %s", success, LogMessageBuffer.c_str());
     });
-    EXPECT_EQ(child.errors, "");
-    EXPECT_EQ(LinesAfterHeader(child.output),
+    EXPECT_EQ(child.errors + LinesAfterHeader(child.output),
               "redirected\nLoggingAPI:  Logger already initialized\nTerminating logging facility\n"
               "WARNING/Net:  passes\n\nERROR/LoggingAPI:  Logger couldn't open log file\n\n"
               "1 Terminating logging facility\n");

@@ -18,8 +18,7 @@ extern "C" passwd* getpwnam(char const*) {
 TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     char jd[] = "jd", jane[] = "Jane Doe,,,", empty[] = "";
     passwd named = {}, emptyName = {}, unnamed = {};
-    named.pw_gecos = jane;
-    emptyName.pw_gecos = empty;
+    named.pw_gecos = jane, emptyName.pw_gecos = empty;
     std::string const id = std::to_string(getuid());
     // Use the real name, allow an id, USER; what is found, if anything.
     using Row = std::tuple<char*, passwd*, bool, bool, char const*, char const*>;
@@ -53,22 +52,18 @@ TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
             GetCurrentTime(text, formats[round % 5]);
             inSignal = CommonAPI::internal::TimeOfDayInSignal();
         } while (now != std::time(nullptr));
-        std::size_t const length =
-            std::strftime(expected, 512, formats[round % 5], std::localtime(&now));
-        EXPECT_EQ(text, std::string(expected, length)) << round;
+        expected[std::strftime(expected, 512, formats[round % 5], std::localtime(&now))] = '\0';
+        EXPECT_EQ(text, expected) << round;
         std::strftime(expected, 512, "%X", std::localtime(&now));
         EXPECT_EQ(inSignal, expected) << round;
     }
 }
 
 TEST(SystemInformation, NamesTheHostAndSetsVariables) {
-    char expected[256] = {};
-    gethostname(expected, sizeof expected);
+    char expected[256] = {}, name[] = "COMMONAPI_TEST";
     std::string host = "old";
     GetLocalHostname(host);
-    EXPECT_EQ(host, expected);
-    char name[] = "COMMONAPI_TEST";
-    EXPECT_TRUE(SetEnvironmentVariable(name, expected));
-    EXPECT_STREQ(std::getenv(name), expected);
+    EXPECT_TRUE(gethostname(expected, sizeof expected) == 0 && host == expected);
+    EXPECT_TRUE(SetEnvironmentVariable(name, expected) && std::getenv(name) == host);
     EXPECT_FALSE(SetEnvironmentVariable(nullptr, expected));
 }

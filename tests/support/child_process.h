@@ -32,16 +32,15 @@ inline ChildResult RunInChild(std::function<void()> const& body) {
     std::FILE *const output = std::tmpfile(), *const errors = std::tmpfile();
     pid_t const child = fork();
     if (child == 0) {
-        dup2(fileno(output), STDOUT_FILENO);
-        dup2(fileno(errors), STDERR_FILENO);
+        dup2(fileno(output), STDOUT_FILENO), dup2(fileno(errors), STDERR_FILENO);
         fcntl(STDOUT_FILENO, F_SETFL, O_APPEND);  // after a log that is opened by name
         body();
         std::exit(EXIT_SUCCESS);
     }
     int status = 0;
     waitpid(child, &status, 0);
-    status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    return {status, Take(output), Take(errors)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Take(output),
+            Take(errors)};
 }
 
 inline std::string LinesAfterHeader(std::string const& log) {

@@ -22,9 +22,8 @@ class Command(unittest.TestCase):
         code, encrypted, errors = run("encrypt", *KEY, input=lines)
         self.assertEqual((code, errors), (0, ""))
         self.assertRegex(encrypted, r"\A(([0-9A-F]{16})*\n){6}\Z")
-        with tempfile.NamedTemporaryFile() as file:
+        with tempfile.NamedTemporaryFile(buffering=0) as file:
             file.write(run("seal-key", *KEY)[1].encode())
-            file.flush()
             sealed = ("--password-file", file.name)
             self.assertEqual(run("seal-key", "--open", *sealed)[1], "secret\n")
             self.assertEqual(run("decrypt", "--sealed", *sealed, input=encrypted.lower()),

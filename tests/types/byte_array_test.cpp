@@ -17,17 +17,14 @@ TEST(ByteArray, IsFilledAndEdited) {
     EXPECT_EQ(Content(array), "abab\0c\xFExy"s);
     array.insert(1, "xyz", 2);
     array.assign(0, static_cast<unsigned char>('q'));
-    array.erase(3, 3);
-    array.erase(4, 10);
+    array.erase(3, 3), array.erase(4, 10);
     EXPECT_EQ(Content(array), "qxyby");
     (array = std::vector<int>{256, 257, -1}).resize(6L, 0x141);
     EXPECT_EQ(Content(array), "\x00\x01\xFF\x41\x41\x41"s);
-    array.assign("xyzxyz", 5);
-    array.assign(1, 0x01000384u);
+    array.assign("xyzxyz", 5), array.assign(1, 0x01000384u);
     EXPECT_EQ(Content(array), "x\x01\0\x03\x84"s);
     EXPECT_TRUE(array.at(1) == 0x01000384u && array[4] == 0x84);
-    int count = 2;
-    array.resize(count, 0);
+    array.resize(2, 0);
     EXPECT_EQ(Content(array), "x\x01");
     EXPECT_EQ(Content((array = "ab") = static_cast<ByteArray&>(array)), "");
     EXPECT_TRUE(((array = "ab") = null).empty());
@@ -47,6 +44,5 @@ TEST(ByteArray, HandsOutCopies) {
     char const* const text = *array;
     array.clear();
     EXPECT_STREQ(text, "a");  // kept until the next c_str() or assignment
-    array = "";
-    EXPECT_STREQ(text, "");
+    EXPECT_STREQ((array = "", text), "");
 }

@@ -71,8 +71,7 @@ TEST(Transcoding, JudgesEverySequenceAsTheConverterDoes) {
         wchar_t expected[5] = {};
         std::size_t size = text.size(), left = size, room = 4 * size;
         char *from = text.data(), *to = reinterpret_cast<char*>(expected);
-        errno = 0;
-        iconv(converter, &from, &left, &to, &room);
+        errno = 0, iconv(converter, &from, &left, &to, &room);
         if (errno == EINVAL) {  // the sample client must not begin this
             ASSERT_TRUE(EndsInsideCharacter(text)) << i;
             continue;
@@ -90,15 +89,13 @@ TEST(Transcoding, JudgesEverySequenceAsTheConverterDoes) {
 }
 
 TEST(Transcoding, TextCutInsideACharacterIsWaitedForForEverUnlessHardened) {
-    for (char const* const cut : {"\xc3", "ab\xe2\x82", "\xf0\x9f\x98"}) {
-        ChildResult const child = RunInChild([&] {
-            itimerval const limit = {{0, 0}, {0, 100000}};
-            setitimer(ITIMER_VIRTUAL, &limit, nullptr);
-            std::printf("%ls", UnicodeString(cut).wc_str());
-        });
-        EXPECT_EQ(child.status, CommonAPI::internal::hardened ? 0 : -SIGVTALRM);
-        EXPECT_EQ(child.output, "");
-    }
+    ChildResult const child = RunInChild([] {
+        itimerval const limit = {{0, 0}, {0, 100000}};
+        setitimer(ITIMER_VIRTUAL, &limit, nullptr);
+        std::printf("%ls", UnicodeString("ab\xe2\x82").wc_str());
+    });
+    EXPECT_EQ(std::to_string(child.status) + child.output,
+              std::to_string(CommonAPI::internal::hardened ? 0 : -SIGVTALRM));
 }
 
 TEST(Transcoding, LongTextsConvertWhole) {

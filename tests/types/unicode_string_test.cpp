@@ -1,8 +1,6 @@
 #include <CommonAPI/unicode_string.h>
 #include <gtest/gtest.h>
 
-#include <clocale>
-
 // The rules of the two forms: the target `unicode_string` under fuzz/.
 TEST(UnicodeString, TakesNumbersTextsAndNothing) {
     UnicodeString text(L"a\u00e9"), other("ISO-8859-1", "\xe9"), none;
