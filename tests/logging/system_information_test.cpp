@@ -44,15 +44,16 @@ TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
     for (int round = 0; round < 40; ++round) {
         char const* const zone = zones[round / 2 % 4];
         zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
+        usleep(round == 1 ? 999999 : 0);  // after which nothing but the second differs
         std::string text = "old", inSignal;
         char expected[512];
         std::time_t now;
         do {  // until the second is the same before and after
             now = std::time(nullptr);
-            GetCurrentTime(text, formats[round % 5]);
+            GetCurrentTime(text, formats[round / 3 % 5]);
             inSignal = CommonAPI::internal::TimeOfDayInSignal();
         } while (now != std::time(nullptr));
-        expected[std::strftime(expected, 512, formats[round % 5], std::localtime(&now))] = '\0';
+        expected[std::strftime(expected, 512, formats[round / 3 % 5], std::localtime(&now))] = '\0';
         EXPECT_EQ(text, expected) << round;
         std::strftime(expected, 512, "%X", std::localtime(&now));
         EXPECT_EQ(inSignal, expected) << round;
