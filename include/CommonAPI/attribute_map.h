@@ -86,7 +86,7 @@ public:
 
 private:
     UnicodeString* findValue(std::string const& key);
-    [[gnu::noinline]] UnicodeString* findTerminated(char const* key);
+    UnicodeString* findTerminated(char const* key);
 
     std::map<std::string, UnicodeString> attributes;
 };

@@ -46,7 +46,7 @@ UnicodeString* AttributeMap::findValue(std::string const& key) {
 }
 
 // Apart, so that the usual look-up has no text to make room for and to guard.
-UnicodeString* AttributeMap::findTerminated(char const* key) {
+[[gnu::noinline]] UnicodeString* AttributeMap::findTerminated(char const* key) {
     return findValue(key);
 }
 
