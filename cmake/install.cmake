@@ -25,6 +25,10 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
 if(NOT Iconv_IS_BUILT_IN)
     set(COMMONAPI_PC_ICONV "-liconv ")
 endif()
+get_target_property(COMMONAPI_TYPE CommonAPI TYPE)
+if(COMMONAPI_TYPE STREQUAL STATIC_LIBRARY)
+    set(COMMONAPI_PC_STATIC " -DCOMMONAPI_STATIC")
+endif()
 configure_file(cmake/CommonAPI.pc.in CommonAPI.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/CommonAPI.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

@@ -32,6 +32,8 @@ function(commonapi_add_objects target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_compile_options(${target} PRIVATE -fno-semantic-interposition)
-    target_compile_definitions(${target} PRIVATE $<$<BOOL:${COMMONAPI_HARDENED}>:COMMONAPI_HARDENED>)
+    target_compile_definitions(${target} PRIVATE
+        $<$<BOOL:${COMMONAPI_HARDENED}>:COMMONAPI_HARDENED>
+        $<$<STREQUAL:$<TARGET_PROPERTY:CommonAPI,TYPE>,STATIC_LIBRARY>:COMMONAPI_STATIC>)
     set_property(GLOBAL APPEND PROPERTY COMMONAPI_OBJECTS $<TARGET_OBJECTS:${target}>)
 endfunction()

@@ -42,7 +42,12 @@ static void ExpectReport(int number, std::string const& name, std::string const&
 TEST(SignalTrap, ReportsFaults) {
     static int volatile zero = 0, * volatile nowhere = nullptr;
     ExpectReport(11, "SIGSEGV", "Address not mapped to object\n", []() UNCHECKED { *nowhere = 7; });
-    ExpectReport(8, "SIGFPE", "Integer divide by zero\n", []() UNCHECKED { zero = 7 / zero; });
+#ifdef __arm__  // which divides by a function that raises the signal
+    char const* const byZero = "";
+#else
+    char const* const byZero = "Integer divide by zero\n";
+#endif
+    ExpectReport(8, "SIGFPE", byZero, []() UNCHECKED { zero = 7 / zero; });
     ExpectReport(6, "SIGABRT", "Unknown Code:  -6\n", std::abort);
     EXPECT_EQ(RunInChild([] { TrapExceptionSignal(6, nullptr), std::abort(); }).status, 0);
     std::string const log = RunLogged([] { CommonAPI::internal::ReportSignal(nullptr); }).log;

@@ -22,11 +22,12 @@ TEST(UnicodeString, TakesNumbersTextsAndNothing) {
 }
 
 TEST(UnicodeString, FoldedComparisonStopsAtTheFirstTextsLength) {
-    std::setlocale(LC_CTYPE, "C.UTF-8");
+    // Of the other byte order, an emulator cannot use the host's locale.
+    bool const folds = std::setlocale(LC_CTYPE, "C.UTF-8");
     using Row = std::tuple<wchar_t const*, wchar_t const*, int>;
     for (auto const& [a, b, expected] :
          {Row{L"abc", L"ABC", 0}, Row{L"ab", L"ABC", 0}, Row{L"", L"x", 0}, Row{L"abc", L"ab", 1},
-          Row{L"b", L"A", 1}, Row{L"A", L"b", -1}, Row{L"\u00e9", L"\u00c9", 0}})
+          Row{L"b", L"A", 1}, Row{L"A", L"b", -1}, Row{L"\u00e9", L"\u00c9", folds ? 0 : 1}})
         EXPECT_EQ(CommonAPI::wcscasecmp(a, b), expected) << a << " / " << b;
     UnicodeString text(L"ab");
     EXPECT_TRUE(text.compare(L"ABC", false) == 0 && text.compare(L"ABC", true) > 0);
