@@ -19,9 +19,19 @@ install(FILES ${PROJECT_BINARY_DIR}/CommonAPIConfig.cmake
               ${PROJECT_BINARY_DIR}/CommonAPIConfigVersion.cmake
     DESTINATION ${COMMONAPI_CMAKE_DIR})
 
-# From the folder of the .pc file back to the prefix, so that the installed tree can be moved.
-cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
-    BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE COMMONAPI_PC_TO_PREFIX)
+# Back to the prefix from the folder of the .pc file, so that the installed tree can be moved: not
+# where a path in it is fixed, nor in /usr, whose folders pkg-config then knows to be the system's.
+cmake_path(IS_RELATIVE CMAKE_INSTALL_LIBDIR COMMONAPI_CAN_BE_MOVED)
+if(COMMONAPI_CAN_BE_MOVED AND NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+    cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+        BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE to_prefix)
+    set(COMMONAPI_PC_PREFIX "\${pcfiledir}/${to_prefix}")
+else()
+    set(COMMONAPI_PC_PREFIX ${CMAKE_INSTALL_PREFIX})
+endif()
+# An absolute path takes the place of the prefix.
+cmake_path(APPEND COMMONAPI_PC_LIBDIR "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
+cmake_path(APPEND COMMONAPI_PC_INCLUDEDIR "\${prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
 if(NOT Iconv_IS_BUILT_IN)
     set(COMMONAPI_PC_ICONV "-liconv ")
 endif()
@@ -32,8 +42,9 @@ install(FILES ${PROJECT_SOURCE_DIR}/packaging/lnav/commonapi_log.json
     DESTINATION ${CMAKE_INSTALL_DATADIR}/CommonAPI/lnav)
 if(BUILD_SHARED_LIBS)
     # gdb finds it by the path of the library, which is known when it is installed.
-    install(CODE "cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX OUTPUT_VARIABLE prefix)")
+    install(CODE "cmake_path(APPEND libdir \"\${CMAKE_INSTALL_PREFIX}\" \"${CMAKE_INSTALL_LIBDIR}\")
+        cmake_path(ABSOLUTE_PATH libdir)")
     install(FILES ${PROJECT_SOURCE_DIR}/src/types/gdb_printers.py
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${prefix}/${CMAKE_INSTALL_LIBDIR}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${libdir}
         RENAME $<TARGET_FILE_NAME:CommonAPI>-gdb.py)
 endif()
