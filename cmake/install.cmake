@@ -6,10 +6,23 @@ install(TARGETS CommonAPI EXPORT CommonAPITargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/CommonAPI DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES LICENSES/MIT.txt RENAME LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
-    PATTERN Doxyfile EXCLUDE PATTERN *.py EXCLUDE)
+    PATTERN Doxyfile EXCLUDE PATTERN *.py EXCLUDE PATTERN docs/*.md EXCLUDE)
+
+# The pages, with the bare text of links to what is not installed beside them.
+file(GLOB pages RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS README.md CHANGELOG.md docs/*.md)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${pages})
+file(REMOVE_RECURSE ${PROJECT_BINARY_DIR}/pages)
+foreach(page IN LISTS pages)
+    file(READ ${page} text)
+    string(REGEX REPLACE
+        "\\[([^]]*)\\]\\((\\.\\./)?(include|src|tools|tests|fuzz|bench|scripts|CONTRIBUTING)[^)]*\\)" "\\1"
+        text "${text}")
+    file(WRITE ${PROJECT_BINARY_DIR}/pages/${page} "${text}")
+endforeach()
+install(DIRECTORY ${PROJECT_BINARY_DIR}/pages/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
 install(EXPORT CommonAPITargets NAMESPACE CommonAPI:: DESTINATION ${COMMONAPI_CMAKE_DIR})
 
 configure_package_config_file(cmake/CommonAPIConfig.cmake.in CommonAPIConfig.cmake
