@@ -14,13 +14,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <regex>
 #include <string>
 #include <thread>
+
+#include "temporary_folder.h"
 
 namespace {
 
@@ -192,8 +193,8 @@ bool HasReport(std::string const& log) {
 
 Counts Measure(Row const& row, int crashes) {
     Counts counts = {};
-    std::string const path =
-        std::filesystem::temp_directory_path() / ("signal_reports" + std::to_string(getpid()));
+    TemporaryFolder const folder;  // children end without leaving this function
+    std::string const path = folder.file("log");
     for (int i = 0; i < crashes; ++i) {
         unlink(path.c_str());
         pid_t const child = fork();
@@ -208,7 +209,6 @@ Counts Measure(Row const& row, int crashes) {
         counts.report += HasReport(log);
         counts.closing += log.find("\nTerminating logging facility\n") != std::string::npos;
     }
-    unlink(path.c_str());
     return counts;
 }
 
