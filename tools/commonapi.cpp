@@ -4,7 +4,6 @@
 #include <dlfcn.h>
 #include <CLI/CLI.hpp>
 
-#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 
@@ -53,6 +52,8 @@ struct ConversionOptions {
 char const* RemarkOnText(std::string_view value) {
     if (value.ends_with('\r'))
         return "the carriage return at its end is part of the value; decrypt wants --raw for it";
+    if (WithoutFileMarks(value).size() != value.size())
+        return "the byte order mark at its start is part of the value";
     if (!IsText(value))
         return "no text in UTF-8; decrypt wants --raw for it";
     return nullptr;
@@ -114,8 +115,10 @@ std::string Published(void* plugin, char const* variable) {
 
 /// False if the plug-in does not load.
 bool ShowPlugin(std::string const& file) {
-    // Never a search in the system's folders: a file is meant.
-    std::string const path = file == "-" ? "/dev/stdin" : std::filesystem::absolute(file);
+    // Without a slash, the system's folders would be searched: a file is meant.
+    std::string const path = file == "-"                           ? "/dev/stdin"
+                             : file.find('/') == std::string::npos ? "./" + file
+                                                                   : file;
     void* const plugin = OpenSharedLibrary(path.c_str(), RTLD_NOW);
     if (!plugin) {
         dlopen(path.c_str(), RTLD_NOW);  // the loader has read the first error already

@@ -52,23 +52,26 @@ public:
         ++number;
         try {
             std::cout << convert(value) << '\n';
+            pointOut(remark(value));
         } catch (std::runtime_error const& refusal) {
             report(refusal.what());
             refused = true;
         }
         if (!std::cout)
             FinishOutput();
-        char const* const remarked = remark(value);
-        if (remarked && std::find(remarks.begin(), remarks.end(), remarked) == remarks.end()) {
-            remarks.push_back(remarked);
-            report(remarked);
-        }
         progress.count(number);
     }
 
     bool allAccepted() const { return !refused; }
 
 private:
+    void pointOut(char const* what) {
+        if (!what || std::find(pointedOut.begin(), pointedOut.end(), what) != pointedOut.end())
+            return;
+        pointedOut.push_back(what);
+        report(what);
+    }
+
     void report(std::string const& what) {
         progress.clear();
         Report(std::string(kind) + ' ' + std::to_string(number) + ": " + what);
@@ -79,7 +82,7 @@ private:
     ValueConversion const& convert;
     std::size_t number = 0;
     bool refused = false;
-    std::vector<std::string> remarks;
+    std::vector<std::string> pointedOut;
     Progress progress;
 };
 
