@@ -55,7 +55,9 @@ function(commonapi_add_objects target)
         POSITION_INDEPENDENT_CODE ON
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
-    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition
+        # Or what a static library is linked into could not be unloaded.
+        $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
     target_compile_definitions(${target} PRIVATE
         $<$<BOOL:${COMMONAPI_HARDENED}>:COMMONAPI_HARDENED>
         $<$<STREQUAL:$<TARGET_PROPERTY:CommonAPI,TYPE>,STATIC_LIBRARY>:COMMONAPI_STATIC>)

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -67,8 +66,9 @@ void CommonAPI::internal::SetGlobalLogThreshold(int threshold) {
 bool CommonAPI::internal::PassesLogThreshold(int level, std::string_view module) {
     int threshold = globalThreshold;
     if (moduleThresholds) {
-        auto const entry = std::ranges::lower_bound(*moduleThresholds, module, std::less<>(),
-                                                    &ModuleThreshold::module);
+        auto const entry = std::lower_bound(
+            moduleThresholds->begin(), moduleThresholds->end(), module,
+            [](ModuleThreshold const& a, std::string_view name) { return a.module < name; });
         if (entry != moduleThresholds->end() && entry->module == module)
             threshold = entry->threshold;
     }

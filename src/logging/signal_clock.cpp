@@ -163,18 +163,19 @@ void AppendPieces(std::string const& format, std::vector<Period> const& periods,
 }
 
 bool IsFresh(SignalClock const& clock, std::time_t now, std::tm const& local) {
+    Setting const setting = CurrentSetting();
     auto const next = std::upper_bound(
         clock.periods.begin(), clock.periods.end(), now,
         [](std::time_t time, Period const& period) { return time < period.begin; });
     return now >= clock.made && now - clock.made < freshness && std::prev(next)->holds(local) &&
-           std::ranges::equal(clock.setting, CurrentSetting());
+           std::equal(setting.begin(), setting.end(), clock.setting.begin());
 }
 
 void Publish(std::time_t now) {
     Setting const setting = CurrentSetting();
     auto clock = std::make_unique<SignalClock>();
     clock->made = now;
-    std::ranges::copy(setting, clock->setting.begin());
+    std::copy(setting.begin(), setting.end(), clock->setting.begin());
     clock->periods = PeriodsFrom(now);
     AppendPieces(nl_langinfo(T_FMT), clock->periods, clock->pieces);
     delete published.exchange(clock.release());

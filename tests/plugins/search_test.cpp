@@ -1,15 +1,17 @@
 #include <CommonAPI/shared_object_loader.h>
 #include <dlfcn.h>
-#include <gtest/gtest.h>
+
+#include "support/child_process.h"
 
 static void* FoundByPluginItself(int flags) {
     void* const plugin = OpenSharedLibrary(PLUGINS "/searching", RTLD_NOW | flags);
-    auto const find =
-        reinterpret_cast<void* (*)()>(FetchSharedLibraryResource(plugin, "FindOwnSymbol"));
-    return find();
+    void* const find = FetchSharedLibraryResource(plugin, "FindOwnSymbol");
+    return reinterpret_cast<void* (*)()>(find)();
 }
 
 TEST(FetchSymbol, SearchesTheWholeProcessWhoeverAsks) {
-    EXPECT_EQ(FoundByPluginItself(RTLD_LOCAL), nullptr);
-    EXPECT_NE(FoundByPluginItself(RTLD_GLOBAL), nullptr);
+    ExpectInChild([] {  // in which what was found stays loaded
+        EXPECT_EQ(FoundByPluginItself(RTLD_LOCAL), nullptr);
+        EXPECT_NE(FoundByPluginItself(RTLD_GLOBAL), nullptr);
+    });
 }
