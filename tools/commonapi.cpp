@@ -52,10 +52,10 @@ struct ConversionOptions {
 char const* RemarkOnText(std::string_view value) {
     if (value.ends_with('\r'))
         return "the carriage return at its end is part of the value; decrypt wants --raw for it";
-    if (WithoutFileMarks(value).size() != value.size())
-        return "the byte order mark at its start is part of the value";
     if (!IsText(value))
         return "no text in UTF-8; decrypt wants --raw for it";
+    if (WithoutFileMarks(value).size() != value.size())
+        return "the byte order mark at its start is part of the value";
     return nullptr;
 }
 

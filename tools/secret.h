@@ -24,6 +24,8 @@ using Secret = std::vector<char, WipingAllocator<char>>;
 struct SecretBuffer : ByteArray {
     ~SecretBuffer() {
         std::vector<unsigned char>& content = ByteArrayAccess::bytes(*this);
+        if (content.empty())
+            return;
         CommonAPI::internal::Wipe(content.data(), content.size());
         CommonAPI::internal::Wipe(const_cast<char*>(c_str()), content.size());
     }

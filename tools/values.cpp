@@ -6,13 +6,14 @@
 #include <chrono>
 #include <iostream>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 
 #include "output.h"
 
 namespace {
 
-constexpr std::size_t roomForLine = 1 << 22;
+constexpr std::streamsize roomForLine = 1 << 22;
 
 /// A count on the standard error of a terminal, renewed a few times a second.
 class Progress {
@@ -87,13 +88,13 @@ private:
 };
 
 /// The line in `room`, which was just read; the rest of one that did not fit is passed over.
-std::string_view TakeLine(std::string const& room) {
+std::string_view TakeLine(char const* room) {
     auto const count = static_cast<std::size_t>(std::cin.gcount());
     if (!std::cin.fail())
-        return {room.data(), count - (std::cin.eof() ? 0 : 1)};  // the line's end is counted
+        return {room, count - (std::cin.eof() ? 0 : 1)};  // the line's end is counted
     std::cin.clear();
     std::cin.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
-    return {room.data(), count};
+    return {room, count};
 }
 
 }  // namespace
@@ -112,11 +113,9 @@ bool ConvertValues(std::vector<std::string> const& arguments, ValueRemark const&
     else
         std::cin.tie(nullptr);
     Run run("line", remark, convert);
-    std::string room(roomForLine + 1, '\0');
-    while ((std::cin.getline(room.data(), static_cast<std::streamsize>(room.size())) ||
-            std::cin.gcount() > 0) &&
-           !std::cin.bad())
-        run.add(TakeLine(room));
+    auto const room = std::make_unique_for_overwrite<char[]>(roomForLine);
+    while ((std::cin.getline(room.get(), roomForLine) || std::cin.gcount() > 0) && !std::cin.bad())
+        run.add(TakeLine(room.get()));
     if (std::cin.bad())
         throw std::runtime_error("standard input: " + SystemError());
     return run.allAccepted();

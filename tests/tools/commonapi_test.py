@@ -193,7 +193,7 @@ class Command(unittest.TestCase):
         with busy("encrypt", *KEY, stderr=terminal) as process:
             time.sleep(1)  # after which it begins
             process.communicate(b"value\n" * 1024)
-        self.assertEqual(os.read(master, 100), b"\r2048 values\r\033[K")
+        self.assertIn(b"\r2048 values\r\033[K", os.read(master, 100))
 
 
 with tempfile.TemporaryDirectory() as folder:
