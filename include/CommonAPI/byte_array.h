@@ -18,7 +18,8 @@
 /// Multi-byte access is big-endian: the word at position p takes the bytes p to p + 3, the most
 /// significant first.
 ///
-/// Ownership: the buffer owns its bytes; copies are deep.
+/// Ownership: the buffer owns its bytes; copies are deep. Nothing hands out their address, and the
+/// text of `c_str()` is a copy, so that text may be given to any operation of the same buffer.
 ///
 /// Threads: a plain value without locks. `c_str()` writes an internal cache, so one object must not
 /// be used from two threads at once, not even for reading.
@@ -48,7 +49,7 @@ public:
     ByteArray& operator+=(ByteArray const& other);
     /// Appends the characters of `text` without its terminator; a null pointer changes nothing.
     ByteArray& operator+=(char const* text);
-    /// Appends `count` bytes read from `data`, which must not lie inside this buffer.
+    /// Appends `count` bytes read from `data`.
     void append(void const* data, long const& count);
 
     /// The number of bytes.
@@ -70,15 +71,13 @@ public:
     /// The same as `c_str()`.
     char const* operator*();
 
-    /// Replaces the content by `count` bytes read from `data`, which must not lie inside this
-    /// buffer.
+    /// Replaces the content by `count` bytes read from `data`.
     void assign(void const* data, long const& count);
     /// Overwrites one byte. REQUIRES: 0 <= pos < size().
     void assign(int const& pos, unsigned char const& value);
     /// Overwrites four bytes with a big-endian word. REQUIRES: 0 <= pos and pos + 4 <= size().
     void assign(int const& pos, unsigned int const& value);
-    /// Inserts `count` bytes read from `data`, which must not lie inside this buffer, before `pos`.
-    /// REQUIRES: 0 <= pos <= size().
+    /// Inserts `count` bytes read from `data` before `pos`. REQUIRES: 0 <= pos <= size().
     void insert(long pos, void const* data, long count);
     /// Removes the bytes from `first` up to, but not including, the position `last`.
     /// REQUIRES: 0 <= first <= last <= size().

@@ -5,6 +5,7 @@
 
 #include <CommonAPI/export.h>
 
+#include <cstddef>
 #include <iosfwd>
 #include <string>
 
@@ -147,6 +148,9 @@ public:
 
 private:
     void startTranscoding();
+    void deriveNarrow(wchar_t const* text, std::size_t count);
+    void deriveWide();
+    void convertToWide(char const* text, std::size_t count, std::wstring& converted);
     void narrowFromFirstQuarter();
 
     std::wstring wideString;

@@ -26,6 +26,20 @@ std::size_t PaddedSize(std::size_t size) {
     return (size + blockSize - 1) / blockSize * blockSize;
 }
 
+/// A buffer of the library's own for what is secret: wiped before its memory is given back. It must
+/// not grow beyond the room that it is given at first.
+class SecretBuffer {
+public:
+    explicit SecretBuffer(std::size_t room) { bytes().reserve(room); }
+    SecretBuffer(SecretBuffer const&) = delete;
+    SecretBuffer& operator=(SecretBuffer const&) = delete;
+    ~SecretBuffer() { Wipe(bytes().data(), bytes().size()); }
+
+    Bytes& bytes() { return ByteArrayAccess::bytes(array); }
+
+    ByteArray array;
+};
+
 /// An empty buffer stays empty, whether there is a cipher or not.
 bool PadAndEncrypt(Blowfish* cipher, ByteArray& data) {
     if (data.empty())
@@ -35,17 +49,35 @@ bool PadAndEncrypt(Blowfish* cipher, ByteArray& data) {
     return cipher != nullptr && cipher->encryptData(data);
 }
 
-/// Decrypts the key in place and ends it with a zero byte.
-bool OpenKey(ByteArray& key) {
-    Bytes& bytes = ByteArrayAccess::bytes(key);
-    // All the room at once: a buffer that grew later would leave an opened key behind.
-    bytes.reserve(PaddedSize(bytes.size()) + 1);
-    bytes.resize(PaddedSize(bytes.size()));
+/// Decrypts the key in place and ends it with a zero byte, for which there is room.
+bool OpenKey(SecretBuffer& key) {
+    key.bytes().resize(PaddedSize(key.bytes().size()));
     Blowfish cipher;
     cipher.setPassword(BuiltInPassphrase().data());
-    if (!cipher.decryptData(key))
+    if (!cipher.decryptData(key.array))
         return false;
-    bytes.push_back(0);
+    key.bytes().push_back(0);
+    return true;
+}
+
+/// Moves the bytes into an item, without a copy that would stay behind.
+void Deliver(ByteArray& bytes, ByteArray& item) {
+    item = "";
+    ByteArrayAccess::bytes(item).swap(ByteArrayAccess::bytes(bytes));
+}
+
+/// Appends the encrypted items that `in`, which may be `out`, holds now.
+template <class Item>
+bool AppendEncrypted(EncryptionAPI const& api,
+                     bool (EncryptionAPI::*encrypt)(Item const&, Item&) const,
+                     std::vector<Item> const& in, std::vector<Item>& out) {
+    Item encrypted;
+    std::size_t const count = in.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!(api.*encrypt)(in[i], encrypted))
+            return false;
+        out.push_back(encrypted);
+    }
     return true;
 }
 
@@ -63,20 +95,22 @@ void EncryptionAPI::initializeAPI(ByteArray& key, int newMode) {
         cipher = new Blowfish;  // an earlier one is left alive too
         cipher->setPassword(password);
     } else if (mode == encipheredPassword) {
-        ByteArray opened;
-        opened = key;
+        Bytes const& sealed = ByteArrayAccess::bytes(key);
+        SecretBuffer opened(PaddedSize(sealed.size()) + 1);
+        opened.array = key;
         if (!OpenKey(opened)) {
             LogMessage(1, "Encryption", "Unable to set Encryption Salt");
             return;
         }
-        Bytes& password = ByteArrayAccess::bytes(opened);
         cipher = new Blowfish;
-        cipher->setPassword(reinterpret_cast<char const*>(password.data()));
-        Wipe(password.data(), password.size());
+        cipher->setPassword(reinterpret_cast<char const*>(opened.bytes().data()));
     }
 }
 
 bool EncryptionAPI::encryptData(ByteArray const& in, ByteArray& out) const {
+    // At once, as a buffer that grew for the padding would leave the plain data behind.
+    if (Encrypts(mode) && &in != &out)
+        ByteArrayAccess::bytes(out).reserve(PaddedSize(ByteArrayAccess::bytes(in).size()));
     out = in;  // empties it if both are one buffer, and so the result
     return !Encrypts(mode) || PadAndEncrypt(cipher, out);
 }
@@ -94,13 +128,7 @@ bool EncryptionAPI::decryptData(ByteArray const& in, ByteArray& out) const {
 
 bool EncryptionAPI::encryptDataList(std::vector<ByteArray> const& in,
                                     std::vector<ByteArray>& out) const {
-    ByteArray encrypted;
-    for (ByteArray const& item : in) {
-        if (!encryptData(item, encrypted))
-            return false;
-        out.push_back(encrypted);
-    }
-    return true;
+    return AppendEncrypted(*this, &EncryptionAPI::encryptData, in, out);
 }
 
 bool EncryptionAPI::decryptDataList(std::vector<ByteArray> const& in,
@@ -110,7 +138,7 @@ bool EncryptionAPI::decryptDataList(std::vector<ByteArray> const& in,
     for (std::size_t i = 0; i < in.size(); ++i) {
         if (!decryptData(in[i], decrypted))
             return false;
-        out[i] = decrypted;
+        Deliver(decrypted, out[i]);
     }
     return true;
 }
@@ -120,11 +148,12 @@ bool EncryptionAPI::encryptString(std::string const& in, std::string& out) const
         out = in;
     if (!Encrypts(mode))
         return true;
+    if (!in.empty() && cipher == nullptr)
+        return false;
     ByteArray data;
     ByteArrayAccess::bytes(data).reserve(PaddedSize(in.size()));
-    data.append(in.data(), static_cast<long>(in.size()));
-    if (!PadAndEncrypt(cipher, data))
-        return false;
+    data += in;
+    PadAndEncrypt(cipher, data);
     data.getASCIIHex(out);
     return true;
 }
@@ -136,28 +165,23 @@ bool EncryptionAPI::decryptString(std::string const& in, std::string& out) const
         return true;
     // The characters are counted here, and the bytes that they stand for by the cipher.
     if (in.empty() || in.size() % blockSize != 0) {
-        out.clear();
-        return in.empty();
+        bool const nothingToDo = in.empty();
+        out.clear();  // which may be `in`
+        return nothingToDo;
     }
-    ByteArray data;
-    data.loadASCIIHex(in);
-    if (cipher == nullptr || !cipher->decryptData(data))
+    SecretBuffer data((in.size() + 1) / 2);
+    data.array.loadASCIIHex(in);
+    if (cipher == nullptr || !cipher->decryptData(data.array))
         return false;
-    Bytes const& bytes = ByteArrayAccess::bytes(data);
-    std::string_view const text(reinterpret_cast<char const*>(bytes.data()), bytes.size());
+    std::string_view const text(reinterpret_cast<char const*>(data.bytes().data()),
+                                data.bytes().size());
     out = text.substr(0, text.find('\0'));
     return true;
 }
 
 bool EncryptionAPI::encryptStringList(std::vector<std::string> const& in,
                                       std::vector<std::string>& out) const {
-    std::string encrypted;
-    for (std::string const& item : in) {
-        if (!encryptString(item, encrypted))
-            return false;
-        out.push_back(encrypted);
-    }
-    return true;
+    return AppendEncrypted(*this, &EncryptionAPI::encryptString, in, out);
 }
 
 // Encrypts, in spite of its name: clients rely on it.

@@ -2,6 +2,9 @@
 
 #include <CommonAPI/logging.h>
 
+#include <tuple>
+#include <utility>
+
 #include "types/requirement.h"
 
 namespace {
@@ -41,8 +44,8 @@ void PaperSize::addPaperSizeToList(PaperSizeData const* data) {
 bool PaperSize::getPaperSizeInPts(std::string key, int& width, int& height) {
     // The search logs a line of its own.
     PaperSizeData const* const data = findMediaDataByKey(key);
-    width = data ? data->widthPts : -1;
-    height = data ? data->heightPts : -1;
+    // Together, as the outputs may be the record's own fields.
+    std::tie(width, height) = data ? std::pair(data->widthPts, data->heightPts) : std::pair(-1, -1);
     if (data)
         Log(information, "getPaperSizeInPts: Found paper size:  ", key);
     else
@@ -52,8 +55,8 @@ bool PaperSize::getPaperSizeInPts(std::string key, int& width, int& height) {
 
 bool PaperSize::getPaperSizeInMM(std::string key, float& width, float& height) {
     PaperSizeData const* const data = findMediaDataByKey(key);
-    width = data ? data->widthMM : -1.0f;
-    height = data ? data->heightMM : -1.0f;
+    std::tie(width, height) =
+        data ? std::pair(data->widthMM, data->heightMM) : std::pair(-1.0f, -1.0f);
     if (data)
         Log(information, "getPaperSizeInMM: Found paper size:  ", key);
     else

@@ -22,24 +22,18 @@ std::string Identification(void* handle, char const* variable) {
     return address ? TextOrEmpty(*static_cast<char const* const*>(address)) : "";
 }
 
-void LogFailure(char const* path) {
+void LogFailure(std::string const& path) {
     LogMessageBuffer = "Failed to load library (";
-    LogMessageBuffer += TextOrEmpty(path);
+    LogMessageBuffer += path;
     LogMessageBuffer += "):  ";
     LogMessageBuffer += TextOrEmpty(dlerror());
     // Not under the loader's own name: a failure is reported for the resource that is missing.
     LogStringMessage(fatal, "SharedObjectResource::loadResource()", LogMessageBuffer);
 }
 
-void Announce(void* handle, char const* path) {
-    std::string displayName;
-    std::string version;
-    if (path) {
-        displayName = Identification(handle, "_KeldaSODisplayName");
-        version = Identification(handle, "_KeldaSOVersion");
-    }
+void Announce(std::string const& name, std::string const& displayName, std::string const& version) {
     LogMessageBuffer = "Loaded ";
-    LogMessageBuffer += path ? path : "current application";
+    LogMessageBuffer += name;
     if (!displayName.empty())
         LogMessageBuffer.append(" - ").append(displayName);
     if (!version.empty())
@@ -50,11 +44,16 @@ void Announce(void* handle, char const* path) {
 }  // namespace
 
 void* OpenSharedLibrary(char const* path, int flags) {
-    void* const handle = dlopen(path, flags);
-    if (handle)
-        Announce(handle, path);
+    // A copy: the path may lie in the shared text, where what the plug-in logs would overwrite it.
+    std::string const name = TextOrEmpty(path);
+    void* const handle = dlopen(path ? name.c_str() : nullptr, flags);
+    if (!handle)
+        LogFailure(name);
+    else if (path)
+        Announce(name, Identification(handle, "_KeldaSODisplayName"),
+                 Identification(handle, "_KeldaSOVersion"));
     else
-        LogFailure(path);
+        Announce("current application", "", "");
     return handle;
 }
 
@@ -63,7 +62,11 @@ int CloseSharedLibrary(void* handle) {
 }
 
 void* FetchSymbol(char const* name) {
-    return dlsym(RTLD_DEFAULT, NotNull(name, "FetchSymbol"));
+    void* const symbol = dlsym(RTLD_DEFAULT, NotNull(name, "FetchSymbol"));
+    // Something to do after the search, as it takes whoever it returns to for the one who asks:
+    // with a jump to it, that would be a plug-in with a scope of its own.
+    asm volatile("" : : "r"(symbol));
+    return symbol;
 }
 
 void* FetchSharedLibraryResource(void* handle, char const* name) {

@@ -1,12 +1,13 @@
 #include "signals/signal_report.h"
 
 #include <CommonAPI/logging.h>
-#include <CommonAPI/system_information.h>
 #include <CommonAPI/text_utilities.h>
 
 #include <cstdlib>
+#include <memory>
 #include <utility>
 
+#include "logging/signal_clock.h"
 #include "signals/signal_texts.h"
 
 namespace {
@@ -34,10 +35,10 @@ void LogReport() {
 void CommonAPI::internal::PrepareSignalReport() {
     if (reserve)
         return;
-    auto* const text = new std::string;
+    PrepareSignalClock();
+    auto text = std::make_unique<std::string>();
     text->reserve(longestReport);
-    GetCurrentTime(*text, "%X");  // what is allocated for the first conversion of a time
-    reserve = text;
+    reserve = text.release();
 }
 
 void CommonAPI::internal::ReportSignal(siginfo* info) {

@@ -9,13 +9,16 @@
 #include <iterator>
 #include <string_view>
 
-#include "types/early_static.h"
+#include "types/immortal.h"
 
 namespace {
 
-// What a position that is not valid yields, in every map.
-COMMONAPI_EARLY_STATIC std::string const noKey;
-COMMONAPI_EARLY_STATIC UnicodeString noValue;
+/// The one object that every map yields for a position that is not valid.
+template <class Type>
+Type& Fallback() {
+    static CommonAPI::internal::Immortal<Type> fallback;
+    return *fallback;
+}
 
 /// "True" in any case. No locale maps another character to one of these letters.
 bool IsTrue(char const* text) {
@@ -110,12 +113,12 @@ UnicodeString& AttributeMap::operator[](std::string const& key) {
 
 std::string const& AttributeMap::operator()(long position) {
     std::map<std::string, UnicodeString>::iterator entry;
-    return fetchIteratorByIndex(position, entry) ? entry->first : noKey;
+    return fetchIteratorByIndex(position, entry) ? entry->first : Fallback<std::string>();
 }
 
 UnicodeString& AttributeMap::operator[](long position) {
     std::map<std::string, UnicodeString>::iterator entry;
-    return fetchIteratorByIndex(position, entry) ? entry->second : noValue;
+    return fetchIteratorByIndex(position, entry) ? entry->second : Fallback<UnicodeString>();
 }
 
 void AttributeMap::clear() {

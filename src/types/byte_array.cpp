@@ -82,14 +82,14 @@ ByteArray::ByteArray(char const* text) {
 ByteArray& ByteArray::operator=(ByteArray const& other) {
     bytes.clear();
     textCache.clear();
-    bytes.insert(bytes.end(), other.bytes.begin(), other.bytes.end());
-    return *this;
+    return *this += other;
 }
 
 ByteArray& ByteArray::operator=(char const* text) {
     bytes.clear();
+    *this += text;  // before the cache is emptied, which may be what is read
     textCache.clear();
-    return *this += text;
+    return *this;
 }
 
 ByteArray& ByteArray::operator=(std::string const& text) {
@@ -160,7 +160,7 @@ unsigned int ByteArray::at(long pos) {
 }
 
 char const* ByteArray::c_str() {
-    textCache.assign(bytes.begin(), bytes.end());
+    textCache.assign(reinterpret_cast<char const*>(bytes.data()), bytes.size());
     return textCache.c_str();
 }
 

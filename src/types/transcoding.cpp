@@ -90,54 +90,70 @@ void UnicodeString::instantiateTargetTranscoder(char const* first, char const* s
 
 char const* UnicodeString::transcodeMessage(wchar_t const* text, unsigned int count) {
     NotNull(text, "UnicodeString::transcodeMessage");
-    startTranscoding();
-    narrowString.clear();
-    if (!CanConvert(wideToUtf8Transcoder))
-        return narrowString.c_str();
-
-    std::size_t room = std::size_t(count) + 1;
-    std::unique_ptr<char[]> const own(room < scratchLength ? nullptr : new char[room]);
-    char* const begin = own ? own.get() : narrowScratch;
-    char* end = begin;
-    auto input = reinterpret_cast<char const*>(text);
-    std::size_t inputLeft = count;
-    if (!transcodingError(Convert(wideToUtf8Transcoder, &input, &inputLeft, &end, &room)))
-        narrowString.assign(begin, strnlen(begin, static_cast<std::size_t>(end - begin)));
-    if (!own)
-        std::memset(begin, 0, static_cast<std::size_t>(end - begin));
+    deriveNarrow(text, count);
     return narrowString.c_str();
 }
 
 wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int count) {
     NotNull(text, "UnicodeString::transcodeMessage");
-    startTranscoding();
-    // Mostly it is the narrow form that is converted, which need not be copied onto itself.
-    if (text != narrowString.c_str() || std::strlen(text) != narrowString.size())
-        narrowString = text;
-    if (count == std::numeric_limits<unsigned int>::max())
-        count = static_cast<unsigned int>(std::strlen(text));
-    wideString.clear();
-    if (!CanConvert(utf8ToWideTranscoder))
-        return wideString.c_str();
+    std::size_t const length = std::strlen(text);
+    bool const all = count == std::numeric_limits<unsigned int>::max();
+    // The text may lie in a form that changes, so it is converted before.
+    std::wstring converted;
+    convertToWide(text, all ? length : count, converted);
+    narrowString.assign(text, length);
+    wideString.swap(converted);
+    return wideString.c_str();
+}
 
-    wideString.reserve(count);
+void UnicodeString::deriveNarrow(wchar_t const* text, std::size_t count) {
+    startTranscoding();
+    if (!CanConvert(wideToUtf8Transcoder))
+        return narrowString.clear();
+
+    std::size_t room = count + 1;
+    std::unique_ptr<char[]> const own(room < scratchLength ? nullptr : new char[room]);
+    char* const begin = own ? own.get() : narrowScratch;
+    char* end = begin;
+    auto input = reinterpret_cast<char const*>(text);
+    std::size_t inputLeft = count;
+    if (transcodingError(Convert(wideToUtf8Transcoder, &input, &inputLeft, &end, &room)))
+        narrowString.clear();
+    else
+        narrowString.assign(begin, strnlen(begin, static_cast<std::size_t>(end - begin)));
+    if (!own)
+        std::memset(begin, 0, static_cast<std::size_t>(end - begin));
+}
+
+void UnicodeString::deriveWide() {
+    convertToWide(narrowString.c_str(), narrowString.size(), wideString);
+    narrowString.erase(std::strlen(narrowString.c_str()));  // like a C string
+}
+
+void UnicodeString::convertToWide(char const* text, std::size_t count, std::wstring& converted) {
+    startTranscoding();
+    converted.clear();
+    if (!CanConvert(utf8ToWideTranscoder))
+        return;
+
+    converted.reserve(count);
+    char const* input = text;
     std::size_t inputLeft = count;
     std::size_t length = 0;
     while (inputLeft != 0) {
-        wideString.resize(length + std::min(inputLeft, wideChunk));
-        auto end = reinterpret_cast<char*>(wideString.data() + length);
-        std::size_t room = (wideString.size() - length) * sizeof(wchar_t);
-        int const result = Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room);
-        length = wideString.size() - room / sizeof(wchar_t);
+        converted.resize(length + std::min(inputLeft, wideChunk));
+        auto end = reinterpret_cast<char*>(converted.data() + length);
+        std::size_t room = (converted.size() - length) * sizeof(wchar_t);
+        int const result = Convert(utf8ToWideTranscoder, &input, &inputLeft, &end, &room);
+        length = converted.size() - room / sizeof(wchar_t);
         // Text that ends inside a sequence is no error: but in the hardened library, the loop then
         // waits for ever.
         if (transcodingError(result) || (hardened && result == -1 && errno == EINVAL))
             length = inputLeft = 0;
     }
-    if (count > narrowString.size())  // like a C string, the text ends at its first zero
-        length = wcsnlen(wideString.c_str(), length);
-    wideString.erase(length);
-    return wideString.c_str();
+    if (strnlen(text, count) < count)  // like a C string, the text ends at its first zero
+        length = wcsnlen(converted.c_str(), length);
+    converted.erase(length);
 }
 
 bool UnicodeString::transcodingError(int result) const {

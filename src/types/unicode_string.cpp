@@ -14,10 +14,6 @@ namespace {
 
 constexpr std::size_t numberTextSize = 512;
 
-unsigned int ByteCount(std::size_t count) {
-    return static_cast<unsigned int>(count);
-}
-
 std::size_t Index(long position) {
     return static_cast<std::size_t>(position);
 }
@@ -75,7 +71,7 @@ UnicodeString& UnicodeString::operator+=(char const* text) {
         return *this;
     narrowString += text;
     if (!wideString.empty())
-        transcodeMessage(narrowString.c_str(), ByteCount(narrowString.length()));
+        deriveWide();
     return *this;
 }
 
@@ -125,13 +121,13 @@ void UnicodeString::clear() {
 
 char const* UnicodeString::c_str() {
     if (!wideString.empty() && narrowString.empty())
-        transcodeMessage(wideString.c_str(), ByteCount(wideString.size() * sizeof(wchar_t)));
+        deriveNarrow(wideString.c_str(), wideString.size() * sizeof(wchar_t));
     return narrowString.c_str();
 }
 
 wchar_t const* UnicodeString::wc_str() {
     if (!narrowString.empty() && wideString.empty())
-        transcodeMessage(narrowString.c_str(), ByteCount(narrowString.length()));
+        deriveWide();
     return wideString.c_str();
 }
 
@@ -219,7 +215,7 @@ long UnicodeString::find(UnicodeString& other) {
 
 // The length in characters is handed over as the count of bytes, so a quarter of the text arrives.
 void UnicodeString::narrowFromFirstQuarter() {
-    transcodeMessage(wideString.c_str(), ByteCount(wideString.length()));
+    deriveNarrow(wideString.c_str(), wideString.length());
 }
 
 std::ostream& operator<<(std::ostream& stream, UnicodeString& text) {

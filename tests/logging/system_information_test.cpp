@@ -3,7 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "logging/logger_state.h"
+#include "logging/signal_clock.h"
 
 // Login data that stand in front of the C library's.
 static char* login = nullptr;
@@ -38,6 +38,7 @@ TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
 }
 
 TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
+    CommonAPI::internal::PrepareSignalClock();
     char const* const formats[] = {"%Y-%m-%d %H:%M:%S %z", "%H %z", "", "%511X", "%512X"};
     char const* const zones[] = {"UTC", "<+07>-7", nullptr,
                                  "<a-name-too-long-to-be-kept-x-x-x-x-x-x-x-x-x-x-x-x-x-x>3"};
