@@ -30,6 +30,7 @@ inline std::string Take(std::FILE* file) {
 /// Runs `body` and a normal exit in a process of its own.
 inline ChildResult RunInChild(std::function<void()> const& body) {
     std::FILE *const output = std::tmpfile(), *const errors = std::tmpfile();
+    std::fflush(nullptr);
     pid_t const child = fork();
     if (child == 0) {
         dup2(fileno(output), STDOUT_FILENO), dup2(fileno(errors), STDERR_FILENO);
