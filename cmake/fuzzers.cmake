@@ -1,7 +1,7 @@
 # A program that libFuzzer drives, or, in all other builds, a test that replays its corpus.
 function(commonapi_add_fuzz_target name)
     set(target fuzz_${name})
-    add_executable(${target} ${name}.cpp model.cpp)
+    add_executable(${target} ${name}.cpp)
     commonapi_compile_defaults(${target})
     target_compile_options(${target} PRIVATE -Wno-conversion)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})

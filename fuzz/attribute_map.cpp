@@ -19,9 +19,14 @@ static char const* Read(TextModel& value) {
     return value.narrow.c_str();
 }
 
-struct Map {
+struct Pair {
     AttributeMap real;
     Entries model;
+
+    Pair() {
+        shared = TextModel();
+        real[0L].clear();
+    }
 
     Entries::iterator at(long position) {
         bool const valid = position < long(model.size());
@@ -79,7 +84,7 @@ struct Map {
         Same(lines.str(), expected, "dump");
     }
 
-    void apply(Map& other, Line const& line) {
+    void apply(Pair& other, Line const& line) {
         std::string const& text = line.text;
         std::string const key = KeyOf(line.at);
         auto const found = model.find(key.c_str());
@@ -151,13 +156,4 @@ struct Map {
     }
 };
 
-void Try(std::string_view input) {
-    AttributeMap()[0L].clear();
-    shared = TextModel();
-    Map maps[3];
-    ApplyTo(maps, input);
-}
-
-std::vector<std::string> Names() {
-    return NamesOf<Map>();
-}
+#include "fuzz/driver.h"

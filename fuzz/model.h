@@ -38,7 +38,6 @@ struct Line {
 struct NotAllowed {};
 
 inline std::vector<std::string_view> applied;  ///< lines of the present input
-void PrintApplied();
 
 template <class Value>
 std::string Described(Value const& value) {
@@ -54,6 +53,12 @@ std::string Described(Value const& value) {
     return stream.str();
 }
 
+inline void PrintApplied() {
+    std::cerr << "after these operations:\n";
+    for (std::string_view const line : applied)
+        std::cerr << "    " << Described(line) << std::endl;
+}
+
 template <class Value>
 void Same(Value const& library, std::type_identity_t<Value> const& model, char const* what) {
     if (library == model)
@@ -67,38 +72,4 @@ void Same(Value const& library, std::type_identity_t<Value> const& model, char c
 /// The nearest position, or count, that there is.
 inline std::size_t Within(int position, std::size_t size) {
     return position < 0 ? 0 : std::min<std::size_t>(position, size);
-}
-
-/// What each target has.
-void Try(std::string_view input);
-std::vector<std::string> Names();
-
-/// A pair is an object and its model; three of them are operated on, one with another.
-template <class Pair>
-void ApplyTo(Pair (&pairs)[3], std::string_view input) {
-    applied.clear();
-    while (!input.empty()) {
-        applied.push_back(input.substr(0, input.find('\n')));
-        input.remove_prefix(std::min(applied.back().size() + 1, input.size()));
-        Line const line(applied.back());
-        Pair& pair = pairs[(line.number(1) & 0xFF) % 3];
-        Pair& other = pairs[(line.number(2) & 0xFF) % 3];
-        try {
-            pair.apply(other, line);
-        } catch (NotAllowed const&) {
-            return;
-        }
-        pair.compare();
-        other.compare();
-    }
-}
-
-template <class Pair>
-std::vector<std::string> NamesOf() {
-    std::vector<std::string> names;
-    Line::allNames = &names;
-    Pair pair;
-    pair.apply(pair, Line(""));
-    Line::allNames = nullptr;
-    return names;
 }

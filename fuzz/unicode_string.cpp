@@ -6,6 +6,7 @@
 #include "fuzz/text_model.h"
 
 static constexpr std::size_t toTheEnd = 1 << 20;
+static char const* const locale = std::setlocale(LC_CTYPE, "C.UTF-8");
 
 static int Sign(int difference) {
     return (difference > 0) - (difference < 0);
@@ -24,7 +25,7 @@ static int ComparedFolded(std::wstring a, std::wstring b) {
     return Sign(a.compare(b));
 }
 
-struct Text {
+struct Pair {
     UnicodeString real;
     TextModel model;
 
@@ -59,7 +60,7 @@ struct Text {
         }
     }
 
-    void checkFind(Text& other, std::string const& text, int at) {
+    void checkFind(Pair& other, std::string const& text, int at) {
         std::wstring const wide = Widened(text);
         other.model.fillWide();
         Same(real.find(other.real), long(model.wide.find(other.model.wide)), "other");
@@ -107,7 +108,7 @@ struct Text {
                            "returned");
     }
 
-    void apply(Text& other, Line const& line) {
+    void apply(Pair& other, Line const& line) {
         std::string const& text = line.text;
         if (model.narrow.size() > 3000)
             throw NotAllowed();  // or it would double without end
@@ -225,12 +226,4 @@ struct Text {
     }
 };
 
-void Try(std::string_view input) {
-    std::setlocale(LC_CTYPE, "C.UTF-8");
-    Text texts[3];
-    ApplyTo(texts, input);
-}
-
-std::vector<std::string> Names() {
-    return NamesOf<Text>();
-}
+#include "fuzz/driver.h"

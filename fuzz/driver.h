@@ -1,26 +1,46 @@
-// Where inputs come from: libFuzzer, the folder of those that once found something, and chance.
-
-#include "fuzz/model.h"
-
-#include <unistd.h>
+// Included by a target at its end: operates on three pairs, as libFuzzer, the folder of inputs that
+// once found something, and chance have it.
+#pragma once
 
 #include <chrono>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <random>
 
 #include "examples/files.h"
+#include "fuzz/model.h"
 
 extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*)());
 
-void PrintApplied() {
-    std::cerr << "after these operations:\n";
-    for (std::string_view const line : applied)
-        std::cerr << "    " << Described(line) << std::endl;
+static void Try(std::string_view input) {
+    Pair pairs[3];
+    applied.clear();
+    while (!input.empty()) {
+        applied.push_back(input.substr(0, input.find('\n')));
+        input.remove_prefix(std::min(applied.back().size() + 1, input.size()));
+        Line const line(applied.back());
+        Pair& pair = pairs[(line.number(1) & 0xFF) % 3];
+        Pair& other = pairs[(line.number(2) & 0xFF) % 3];
+        try {
+            pair.apply(other, line);
+        } catch (NotAllowed const&) {
+            return;
+        }
+        pair.compare();
+        other.compare();
+    }
 }
 
 #ifdef REPLAY
+
+static std::vector<std::string> Names() {
+    std::vector<std::string> names;
+    Line::allNames = &names;
+    Pair pair;
+    pair.apply(pair, Line(""));
+    Line::allNames = nullptr;
+    return names;
+}
 
 /// Pieces that something begins or ends at, some of them many times.
 static std::string RandomText(std::minstd_rand& random) {
@@ -48,35 +68,28 @@ static std::string RandomLine(std::minstd_rand& random) {
     return line + RandomText(random) + '\n';
 }
 
-static void TellSignal(int number) {
-    std::signal(number, SIG_DFL);
-    std::cerr << strsignal(number) << std::endl;
-    PrintApplied();
-    std::raise(number);
-}
-
-/// FOLDER [COUNT of random operations] [SEED]
+/// FOLDER COUNT-OF-RANDOM-OPERATIONS [SEED]
 int main(int, char** arguments) {
-    for (int const number : {SIGSEGV, SIGBUS, SIGFPE, SIGALRM})
-        std::signal(number, TellSignal);
+    for (int const number : {SIGSEGV, SIGBUS, SIGFPE, SIGTERM})
+        std::signal(number, [](int) {
+            PrintApplied();
+            std::abort();
+        });
     if (__sanitizer_set_death_callback)
         __sanitizer_set_death_callback(PrintApplied);
     for (auto const& file : std::filesystem::directory_iterator(arguments[1]))
         Try(ReadFile(file.path()));
-    if (!arguments[2])
-        return 0;
     std::minstd_rand random(arguments[3] ? std::atoi(arguments[3]) : 1);
-    long done = 0;
+    long const wanted = std::atol(arguments[2]);
     auto const start = std::chrono::steady_clock::now();
-    for (long const wanted = std::atol(arguments[2]); done < wanted; done += applied.size()) {
-        alarm(60);  // for what never ends
+    for (long done = 0; done < wanted; done += applied.size()) {
         std::string input;
         for (auto lines = 1 + random() % 30; lines > 0; --lines)
             input += RandomLine(random);
         Try(input);
     }
     std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
-    std::cout << done << " operations compared, " << long(done / seconds.count()) << " a second\n";
+    std::cout << long(wanted / seconds.count()) << " operations compared a second\n";
 }
 
 #else
