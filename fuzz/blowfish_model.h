@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstring>
+#include <string>
+#include <utility>
 
 #include "crypto/blowfish_tables.h"
-#include "fuzz/model.h"
 
 /// The cipher as it was published, with the library's tables of constants.
 struct BlowfishModel {
@@ -12,11 +13,12 @@ struct BlowfishModel {
     CommonAPI::internal::BlowfishSubkeys subkeys;
     CommonAPI::internal::BlowfishBoxes boxes;
 
-    BlowfishModel() { reset(); }
-
-    void reset() {
+    /// An empty key leaves the tables as they were published.
+    explicit BlowfishModel(std::string const& key) {
         std::memcpy(subkeys, CommonAPI::internal::initialBlowfishSubkeys, sizeof subkeys);
         std::memcpy(boxes, CommonAPI::internal::initialBlowfishBoxes, sizeof boxes);
+        if (!key.empty())
+            schedule(key);
     }
 
     Word f(Word x) const {
@@ -35,10 +37,7 @@ struct BlowfishModel {
         left ^= subkeys[encrypt ? 17 : 0];
     }
 
-    /// Keys the tables as they stand.
     void schedule(std::string const& key) {
-        if (key.empty())
-            return;
         for (std::size_t i = 0; i < 4 * 18; ++i) {
             Word const byte = static_cast<unsigned char>(key[i % key.size()]);
             subkeys[i / 4] ^= byte << (24 - 8 * (i % 4));
@@ -54,14 +53,6 @@ struct BlowfishModel {
         };
         fill(subkeys, 18);
         fill(boxes[0], 4 * 256);
-    }
-
-    bool setPassword(std::string const& password) {
-        if (!password.empty()) {
-            reset();
-            schedule(password);
-        }
-        return !password.empty();
     }
 
     /// All whole blocks from a position on.

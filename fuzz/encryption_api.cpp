@@ -5,6 +5,7 @@
 #include "crypto/blowfish_kernel.h"
 #include "crypto/built_in_passphrase.h"
 #include "fuzz/blowfish_model.h"
+#include "fuzz/model.h"
 #include "types/byte_array_access.h"
 
 using List = std::vector<std::string>;
@@ -37,21 +38,18 @@ static std::string Parsed(std::string const& digits) {
 /// Takes copies of what is read, as one object may be given as input and output.
 struct FacadeModel {
     int mode = 2;
-    std::shared_ptr<BlowfishModel> cipher;
+    std::shared_ptr<BlowfishModel const> cipher;
 
     bool encrypts() const { return mode == 3 || mode == 4; }
 
     void initialize(std::string password, int newMode) {
         mode = newMode;
         if (mode == 4) {
-            BlowfishModel opener;
-            opener.setPassword(CommonAPI::internal::BuiltInPassphrase().data());
+            BlowfishModel const opener(CommonAPI::internal::BuiltInPassphrase().data());
             password = opener.transformed(Padded(password), false);
         }
-        if (encrypts()) {
-            cipher = std::make_shared<BlowfishModel>();  // copies keep the other one
-            cipher->setPassword(password.c_str());
-        }
+        if (encrypts())  // copies keep the other one
+            cipher = std::make_shared<BlowfishModel>(password.c_str());
     }
 
     bool encryptData(std::string in, std::string& out) const {
