@@ -119,7 +119,7 @@ struct Pair {
             model.wide = Widened(text);
             real = model.wide.c_str();
         } else if (line.is("assignNumber")) {
-            long const number = 123456789L * line.at * line.count;
+            long const number = 10007L * line.at * line.count;
             real = number;
             model.narrow = std::to_string(number);
             model.narrow.insert(0, 511 - model.narrow.size(), ' ');
