@@ -12,13 +12,16 @@
 #include <map>
 #include <string>
 
+#include "temporary_folder.h"
+
 namespace {
 
 constexpr int settingsCount = 20;
 constexpr char const* password = "a password of usual length";
 
 std::string LogFile() {
-    return std::filesystem::temp_directory_path() / ("start" + std::to_string(getpid()));
+    static TemporaryFolder const folder;
+    return folder.file("start");
 }
 
 std::string Module(int number) {

@@ -5,14 +5,14 @@
 #include <CommonAPI/byte_array.h>
 #include <CommonAPI/logging.h>
 #include <CommonAPI/unicode_string.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <string>
+
+#include "temporary_folder.h"
 
 namespace {
 
@@ -46,17 +46,15 @@ void Measure(char const* series, double size, double units, std::function<void()
 }
 
 void MeasureLog(double lines) {
-    std::string const path =
-        std::filesystem::temp_directory_path() / ("growth" + std::to_string(getpid()));
+    TemporaryFolder const folder;
     AttributeMap settings;
     settings["Global"] = "4";
-    InitializeLogger(path, &settings, "growth", false);
+    InitializeLogger(folder.file("log"), &settings, "growth", false);
     Measure("log line", lines, lines, [&] {
         for (double i = 0; i < lines; ++i)
             LogMessage(4, "Client", "a line");
     });
     TerminateLogger();
-    std::filesystem::remove(path);
 }
 
 void MeasureMap(long entries) {

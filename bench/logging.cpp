@@ -1,7 +1,6 @@
 // Log lines beside other libraries'. Names are service/implementation.
 #include <CommonAPI/logging.h>
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,13 +13,15 @@
 #endif
 
 #include "run_time_checks.h"
+#include "temporary_folder.h"
 
 namespace {
 
 constexpr char const* text = "the text of a log line of usual length, neither short nor long";
 
 std::string LogFile(char const* name) {
-    return std::filesystem::temp_directory_path() / (name + std::to_string(getpid()));
+    static TemporaryFolder const folder;
+    return folder.file(name);
 }
 
 void SetZone(bool set) {

@@ -1,20 +1,19 @@
 /// Crashes a child process many times in each of several ways and prints, as the table of
 /// docs/behaviour.md, how often the process ended with status 0, the log held a whole report,
-/// and the log ended with the logger's closing line: signal_reports [CRASHES
-/// [PART_OF_A_ROWS_NAME]]
+/// and the log ended with the logger's closing line:
+///     signal_reports [CRASHES [PART_OF_A_ROWS_NAME [SECONDS_UNTIL_STUCK]]]
 #include <CommonAPI/logging.h>
 #include <CommonAPI/paper_size.h>
 #include <CommonAPI/signal_trap.h>
 #include <fcntl.h>
-#include <sys/time.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -22,9 +21,11 @@
 #include <string>
 #include <thread>
 
+#include "temporary_folder.h"
+
 namespace {
 
-constexpr unsigned int secondsUntilStuck = 2;
+int secondsUntilStuck = 2;
 
 struct Counts {
     int status;
@@ -45,10 +46,15 @@ int Random(int low, int high) {
     return std::uniform_int_distribution(low, high)(engine);
 }
 
-/// Has `SIGALRM` arrive once, after a random time.
-void AlarmWithin(int low, int high) {
-    itimerval const timer = {{0, 0}, {0, Random(low, high)}};
-    setitimer(ITIMER_REAL, &timer, nullptr);
+/// Has `SIGUSR2` arrive once, after a random time.
+void SignalWithin(int lowMicroseconds, int highMicroseconds) {
+    sigevent event = {};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGUSR2;
+    timer_t timer;
+    timer_create(CLOCK_MONOTONIC, &event, &timer);
+    itimerspec const once = {{0, 0}, {0, 1000 * Random(lowMicroseconds, highMicroseconds)}};
+    timer_settime(timer, 0, &once, nullptr);
 }
 
 int volatile zero = 0;
@@ -98,8 +104,8 @@ void FaultInTheAllocator() {
     kept = std::malloc(700);
 }
 
-[[noreturn]] void AllocateUntilTheAlarm() {
-    AlarmWithin(50, 3000);
+[[noreturn]] void AllocateUntilTheSignal() {
+    SignalWithin(50, 3000);
     void* blocks[64] = {};
     while (true) {
         void*& block = blocks[Random(0, 63)];
@@ -111,18 +117,18 @@ void FaultInTheAllocator() {
 /// With a second thread, the allocator and the C library lock what they leave unlocked without.
 [[noreturn]] void AllocateBesideAThread() {
     std::thread([] { pause(); }).detach();
-    AllocateUntilTheAlarm();
+    AllocateUntilTheSignal();
 }
 
-[[noreturn]] void LogUntilTheAlarm() {
-    AlarmWithin(50, 3000);
+[[noreturn]] void LogUntilTheSignal() {
+    SignalWithin(50, 3000);
     PaperSize sizes;
     while (true)
         sizes.findMediaDataByKey("a name that is long enough for the allocator");
 }
 
 void RaiseTwoSignals() {
-    AlarmWithin(1, 250);
+    SignalWithin(1, 250);
     raise(SIGUSR1);
 }
 
@@ -143,15 +149,15 @@ constexpr Row rows[] = {
     {"stack overflow", OverflowTheStack},
     {"block freed twice: the allocator aborts", FreeTwice},
     {"fault inside the allocator", FaultInTheAllocator},
-    {"signal while the program allocates", AllocateUntilTheAlarm},
+    {"signal while the program allocates", AllocateUntilTheSignal},
     {"the same beside a second thread", AllocateBesideAThread},
-    {"signal while a line is written", LogUntilTheAlarm},
+    {"signal while a line is written", LogUntilTheSignal},
     {"second signal during the report", RaiseTwoSignals},
     {"signal before the log is open", RaiseWhileAllIsWell, true},
 };
 
 void TrapAll() {
-    for (int const number : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGUSR1, SIGALRM})
+    for (int const number : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGUSR1, SIGUSR2})
         TrapExceptionSignal(number, nullptr);
 }
 
@@ -167,7 +173,7 @@ void TrapAll() {
 
 int WaitForEnd(pid_t child, bool& stuck) {
     int status = 0;
-    for (unsigned int i = 0; i < secondsUntilStuck * 1000; ++i) {
+    for (int i = 0; i < secondsUntilStuck * 1000; ++i) {
         if (waitpid(child, &status, WNOHANG) == child)
             return status;
         usleep(1000);
@@ -187,8 +193,8 @@ bool HasReport(std::string const& log) {
 
 Counts Measure(Row const& row, int crashes) {
     Counts counts = {};
-    std::string const path =
-        std::filesystem::temp_directory_path() / ("signal_reports" + std::to_string(getpid()));
+    TemporaryFolder const folder;  // children end without leaving this function
+    std::string const path = folder.file("log");
     for (int i = 0; i < crashes; ++i) {
         unlink(path.c_str());
         pid_t const child = fork();
@@ -203,7 +209,6 @@ Counts Measure(Row const& row, int crashes) {
         counts.report += HasReport(log);
         counts.closing += log.find("\nTerminating logging facility\n") != std::string::npos;
     }
-    unlink(path.c_str());
     return counts;
 }
 
@@ -212,6 +217,8 @@ Counts Measure(Row const& row, int crashes) {
 int main(int count, char** arguments) {
     int const crashes = count > 1 ? std::atoi(arguments[1]) : 1000;
     std::string const only = count > 2 ? arguments[2] : "";
+    if (count > 3)
+        secondsUntilStuck = std::atoi(arguments[3]);
     std::printf(
         "| of %d | status 0 | whole report | closing line | stuck |\n|---|---|---|---|---|\n",
         crashes);

@@ -22,7 +22,7 @@ endfunction()
 # A Python program that looks at what was built.
 function(commonapi_add_check name program)
     add_test(NAME ${name}
-        COMMAND Python3::Interpreter ${program} ${PROJECT_SOURCE_DIR} ${ARGN}
+        COMMAND ${Python3_EXECUTABLE} ${program} ${PROJECT_SOURCE_DIR} ${ARGN}
         WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
 endfunction()
 

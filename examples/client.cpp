@@ -12,10 +12,13 @@
 #include <dlfcn.h>
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include "files.h"
 
@@ -79,7 +82,7 @@ void Greet(AttributeMap& settings) {
 void ConvertText(std::string const& path, std::string const& copyPath) {
     std::string const content = ReadFile(path);
     if (EndsInsideCharacter(content))
-        throw std::runtime_error(path + ": the text ends inside a character");
+        throw std::runtime_error(path + ": not UTF-8 text, or cut inside a character");
 
     UnicodeString text(content);
     UnicodeString back(text.wc_str());
@@ -111,9 +114,13 @@ void ConvertBytes(std::string const& path, std::string const& hexPath) {
 
 /// Has a plug-in describe the text.
 void Describe(std::string const& pluginPath, std::string const& textPath) {
-    void* const plugin = OpenSharedLibrary(pluginPath.c_str(), RTLD_NOW);
-    if (!plugin)
-        throw std::runtime_error(pluginPath + ": cannot be loaded");
+    // Whole, as a bare name would be looked for in the system's folders only.
+    std::string const path = std::filesystem::absolute(pluginPath);
+    void* const plugin = OpenSharedLibrary(path.c_str(), RTLD_NOW);
+    if (!plugin) {
+        dlopen(path.c_str(), RTLD_NOW);  // for the reason, which has gone into the log alone
+        throw std::runtime_error(dlerror());
+    }
     using EntryPoint = void (*)(UnicodeString&, std::string&);
     auto const describe =
         reinterpret_cast<EntryPoint>(FetchSharedLibraryResource(plugin, "DescribeText"));
@@ -148,7 +155,8 @@ void Run(Arguments const& arguments) {
     settings.loadMapVariable("application", application, "client");
     std::string const log = arguments.output + "/client.log";
     if (!InitializeLogger(log, &levels, application.c_str(), false))
-        throw std::runtime_error(log + ": cannot be opened");
+        throw std::system_error(errno, std::generic_category(), log);
+    std::cout << "The log is " << log << '\n';
     for (int const signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
         TrapExceptionSignal(signal, nullptr);
 
@@ -165,6 +173,7 @@ void Run(Arguments const& arguments) {
     if (!arguments.media.empty())
         LookUpPaper(arguments.media, settings);
     if (arguments.crash) {
+        std::cout << "Crashes now, on purpose: the log tells how" << std::endl;
         int volatile* volatile nowhere = nullptr;
         *nowhere = 1;
     }

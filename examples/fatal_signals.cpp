@@ -1,12 +1,16 @@
 #include <CommonAPI/logging.h>
 #include <CommonAPI/signal_trap.h>
 
+#include <cstdio>
+
 int main(int count, char** arguments) {
     AttributeMap settings;
     settings["Global"] = "1";
-    if (!InitializeLogger(count > 1 ? arguments[1] : "fatal_signals.log", &settings, "sample",
-                          false))
+    char const* const log = count > 1 ? arguments[1] : "fatal_signals.log";
+    if (!InitializeLogger(log, &settings, "sample", false)) {
+        std::perror(log);
         return 1;
+    }
 
     for (int const signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
         TrapExceptionSignal(signal, nullptr);
@@ -15,6 +19,7 @@ int main(int count, char** arguments) {
             LogMessage(1, "Sample", "ended on request");
     });
 
+    std::printf("Crashes now, on purpose: %s tells how\n", log);
     int volatile* volatile nowhere = nullptr;
     *nowhere = 1;  // NOLINT: on purpose
     return 1;      // not reached: the report ends the process with status 0

@@ -1,31 +1,36 @@
-#pragma once
+#ifndef COMMONAPI_EXAMPLES_FILES_H
+#define COMMONAPI_EXAMPLES_FILES_H
 
 #include <CommonAPI/attribute_map.h>
 #include <CommonAPI/paper_size.h>
 
-#include <bit>
+#include <cerrno>
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
-// What the sample client reads and writes. Each function that reads or writes throws
+// What the samples read and write. Each function that reads or writes throws
 // `std::runtime_error` with a line for the user.
 
 inline std::string ReadFile(std::string const& path) {
     std::ifstream file(path, std::ios::binary);
-    std::string content(std::istreambuf_iterator<char>(file), {});
+    std::string content;
+    char block[4096];
+    while (file.read(block, sizeof block), file.gcount() > 0)
+        content.append(block, static_cast<std::size_t>(file.gcount()));
     if (!file.is_open() || file.bad())
-        throw std::runtime_error(path + ": cannot be read");
+        throw std::system_error(errno, std::generic_category(), path);
     return content;
 }
 
 inline void WriteFile(std::string const& path, std::string const& content) {
     std::ofstream file(path, std::ios::binary);
     if (!file.write(content.data(), static_cast<std::streamsize>(content.size())).flush())
-        throw std::runtime_error(path + ": cannot be written");
+        throw std::system_error(errno, std::generic_category(), path);
 }
 
 inline std::string Trimmed(std::string const& text) {
@@ -68,13 +73,22 @@ inline std::vector<PaperSizeData> ReadPaperSizes(std::string const& path) {
     return sizes;
 }
 
-/// A conversion would wait for the rest of such a text, so no client may begin it.
-inline bool EndsInsideCharacter(std::string const& text) {
-    std::size_t following = 0;
-    while (following < text.size() && (text[text.size() - 1 - following] & 0xC0) == 0x80)
-        ++following;
-    if (following == text.size())
-        return false;
-    auto const lead = static_cast<unsigned char>(text[text.size() - 1 - following]);
-    return lead >= 0xC0 && std::countl_one(lead) > static_cast<int>(following) + 1;
+/// Whether a conversion would wait for the rest of the text, which no client may let it: at the end, or
+/// in front of the first zero, stands the first byte of a sequence that is longer than what is left.
+inline bool EndsInsideCharacter(std::string_view text) {
+    auto const zero = text.find('\0');
+    if (zero != text.npos && EndsInsideCharacter(text.substr(0, zero)))
+        return true;
+    // From the text's last byte on: the least one that begins a sequence which goes beyond the end.
+    unsigned char const firstBytes[] = {0xC0, 0xE0, 0xF0, 0xF8, 0xFC};
+    for (unsigned char const first : firstBytes) {
+        if (text.empty())
+            return false;
+        if (static_cast<unsigned char>(text.back()) >= first)
+            return true;
+        text.remove_suffix(1);
+    }
+    return false;
 }
+
+#endif

@@ -1,24 +1,18 @@
 #include <CommonAPI/paper_size.h>
 
-#include <fstream>
+#include <exception>
 #include <iostream>
-#include <list>
-#include <sstream>
-#include <string>
+#include <vector>
 
-int main(int count, char** arguments) {
-    std::list<PaperSizeData> records;  // a list: a record must stay where it is
+#include "files.h"
+
+int main(int count, char** arguments) try {
+    if (count != 2)
+        throw std::invalid_argument("needs a file of paper sizes, such as examples/media.tsv");
+    std::vector<PaperSizeData> const records = ReadPaperSizes(arguments[1]);
     PaperSize sizes;
-    std::ifstream file(count > 1 ? arguments[1] : "examples/media.tsv");
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#')
-            continue;
-        PaperSizeData& data = records.emplace_back();
-        std::istringstream fields(line);
-        std::getline(fields, data.name, '\t');
-        fields >> data.widthPts >> data.heightPts >> data.widthMM >> data.heightMM;
+    for (PaperSizeData const& data : records)  // each stays where it is as long as it is listed
         sizes.addPaperSizeToList(&data);
-    }
 
     for (char const* const name : {"A4", "JIS B5", "Letter", "Papyrus"}) {
         int width;
@@ -28,4 +22,7 @@ int main(int count, char** arguments) {
         else
             std::cout << name << " is unknown\n";
     }
+} catch (std::exception const& failure) {
+    std::cerr << "paper_sizes: " << failure.what() << '\n';
+    return 1;
 }

@@ -1,8 +1,10 @@
-"""Uses the library as other projects do, the installed one after it was moved to a path with a blank:
+"""Uses the library as its users do, the installed one after it was moved to a path with a blank:
 check_consumers.py SOURCES BUILD COMPILER FLAG..."""
 import os
 import pathlib
+import re
 import shlex
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -10,35 +12,95 @@ import tempfile
 sources, build, compiler, *flags = sys.argv[1:]
 flags = " ".join(flags)
 program = f"{sources}/examples/first_program.cpp"
+OUTPUT = "9 characters: Grüße, 世界\n"
+faults = []
 
 
 def run(*command, **variables):
-    return subprocess.check_output(command, cwd=folder, env=os.environ | variables, text=True)
+    return subprocess.check_output(command, cwd=folder, env=os.environ | variables, text=True,
+                                   stderr=subprocess.STDOUT)
 
 
-def build_with_cmake(name, how, *options):
+def build_with_cmake(name, *options):
+    run("cmake", "-S", name, "-B", f"{name}/build", "-G", "Unix Makefiles",
+        f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_FLAGS={flags}", *options)
+    run("cmake", "--build", f"{name}/build", "--parallel", "2")
+
+
+def write_project(name, *lines):
     (folder / name).mkdir()
-    (folder / name / "CMakeLists.txt").write_text(
-        f'cmake_minimum_required(VERSION 3.25)\nproject(consumer LANGUAGES CXX)\n{how}\n'
-        f'add_executable(program "{program}")\n'
-        'target_link_libraries(program PRIVATE CommonAPI::CommonAPI)\n')
-    run("cmake", "-S", name, "-B", name, "-G", "Ninja", f"-DCMAKE_CXX_COMPILER={compiler}",
-        f"-DCMAKE_CXX_FLAGS={flags}", *options)
-    run("cmake", "--build", name)
-    return run(folder / name / "program")
+    (folder / name / "CMakeLists.txt").write_text("\n".join((
+        "cmake_minimum_required(VERSION 3.25)", "project(consumer LANGUAGES CXX)", *lines)))
 
 
-with tempfile.TemporaryDirectory() as holder:
-    folder = pathlib.Path(holder)
-    run("cmake", "--install", build, "--prefix", folder / "first place")
-    prefix = (folder / "first place").rename(folder / "second place")
+def expect(what, seen, expected):
+    if expected not in seen:
+        faults.append(f"{what}: {seen!r} is not {expected!r}")
+
+
+def start_command():
+    # Distributions, whose trees stay where they are, want no path in it.
+    if "CMAKE_SKIP_INSTALL_RPATH:BOOL=ON" in pathlib.Path(build, "CMakeCache.txt").read_text():
+        return
+    for command in prefix.rglob("bin/commonapi"):
+        expect("moved command", run(command, "--version"), "0.1")
+
+
+def use_pkg_config():
     library = next(prefix.rglob("pkgconfig")).parent
     options = shlex.split(run("pkg-config", "--cflags", "--libs", "CommonAPI",
                               PKG_CONFIG_PATH=f"{library}/pkgconfig"))
     run(compiler, *flags.split(), "-std=c++17", program, *options, "-o", "program")
-    outputs = (build_with_cmake("package", "find_package(CommonAPI 0.1 REQUIRED)",
-                                f"-DCMAKE_PREFIX_PATH={prefix}"),
-               build_with_cmake("subdirectory", f"add_subdirectory({sources} CommonAPI)"),
-               run(folder / "program", LD_LIBRARY_PATH=f"{library}:{os.environ.get('LD_LIBRARY_PATH', '')}"))
-if outputs != ("9 characters: Grüße, 世界\n",) * 3:
-    sys.exit(f"wrong output: {outputs}")
+    path = f"{library}:{os.environ.get('LD_LIBRARY_PATH', '')}"
+    expect("pkg-config", run(folder / "program", LD_LIBRARY_PATH=path), OUTPUT)
+
+
+def use_copied_examples():
+    shutil.copytree(next(prefix.rglob("examples")), folder / "examples")
+    build_with_cmake("examples", f"-DCMAKE_PREFIX_PATH={prefix}")
+    examples = folder / "examples/build"
+    expect("copied example", run(examples / "first_program"), OUTPUT)
+    expect("copied plug-in", run(examples / "plugins", examples / "plugin/text_statistics.so"),
+           "14 characters, 3 words\n")
+
+
+def use_subdirectory():
+    write_project("parent", f'add_subdirectory("{sources}" CommonAPI)',
+                  f'add_executable(program "{program}")',
+                  "target_link_libraries(program PRIVATE CommonAPI::CommonAPI)")
+    build_with_cmake("parent")
+    expect("subdirectory", run(folder / "parent/build/program"), OUTPUT)
+    cache = (folder / "parent/build/CMakeCache.txt").read_text()
+    if "\nBUILD_SHARED_LIBS" in cache:
+        faults.append("the parent's BUILD_SHARED_LIBS was set")
+
+
+def ask_for_an_unknown_component():
+    write_project("component", "find_package(CommonAPI 0.1 COMPONENTS nonsense)",
+                  "if(NOT CommonAPI_FOUND)", "message(refused)", "endif()")
+    expect("unknown component", run("cmake", "-S", "component", "-B", "component/build",
+                                    f"-DCMAKE_PREFIX_PATH={prefix}"), "\nrefused\n")
+
+
+def follow_links():
+    for page in prefix.rglob("*.md"):
+        prose = re.sub(r"```.*?```", "", page.read_text(), flags=re.DOTALL)
+        for link in re.findall(r"\]\(([^)#:]+)[)#]", prose):
+            if not (page.parent / link).exists():
+                faults.append(f"{page.name}: dead link: {link}")
+
+
+with tempfile.TemporaryDirectory() as holder:
+    folder = pathlib.Path(holder)
+    try:
+        run("cmake", "--install", build, "--prefix", folder / "first place")
+        prefix = (folder / "first place").rename(folder / "second place")
+        start_command()
+        use_pkg_config()
+        use_copied_examples()
+        use_subdirectory()
+        ask_for_an_unknown_component()
+        follow_links()
+    except subprocess.CalledProcessError as failure:
+        sys.exit(f"{failure}\n{failure.output}")
+sys.exit("\n".join(faults) or 0)

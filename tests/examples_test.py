@@ -15,8 +15,9 @@ class Examples(unittest.TestCase):
     def setUp(self):
         os.chdir(self.enterContext(tempfile.TemporaryDirectory()))
 
-    def expect(self, errors, *arguments):
-        result = subprocess.run([programs / "client", *arguments], capture_output=True, text=True)
+    def expect(self, errors, *arguments, program="client"):
+        result = subprocess.run([programs / program, *arguments], capture_output=True, text=True,
+                                timeout=60)
         self.assertEqual((result.returncode, result.stderr), (bool(errors), errors))
 
     def test_client_round_trips_the_shipped_text_and_reports_its_crash(self):
@@ -35,14 +36,30 @@ class Examples(unittest.TestCase):
         self.assertEqual([line for line in lines if line not in log], [])
 
     def test_client_refuses_bad_input_in_one_line(self):
-        for content, complaint in ((b"Gr\xc3", "the text ends inside a character"),
-                                   (b"Gr\xfc\xdfe", "not UTF-8 text"), (b"a\0b", "not UTF-8 text")):
+        for content, complaint in ((b"Gr\xc3", ", or cut inside a character"),
+                                   (b"a\xe2\0b", ", or cut inside a character"),
+                                   (b"\xe0A", ", or cut inside a character"),
+                                   (b"Gr\xfc\xdf und mehr", ""),
+                                   (b"a\0b", "")):
             pathlib.Path("input").write_bytes(content)
-            self.expect(f"client: input: {complaint}\n", settings, "input")
+            self.expect(f"client: input: not UTF-8 text{complaint}\n", settings, "input")
             self.assertFalse(os.path.exists("copy.txt"))
         pathlib.Path("input").write_text("a = 1\nno separator\n")
         self.expect("client: input:2: no '=' in this line\n", "input", text)
-        self.expect("client: absent: cannot be read\n", settings, "absent")
+        missing = "absent: No such file or directory\n"
+        self.expect(f"client: {missing}", settings, "absent")
+        self.expect("client: /: Is a directory\n", "/", text)
+        self.expect("client: absent/client.log: No such file or directory\n", settings, text,
+                    "--output", "absent")
+        self.expect(f"paper_sizes: {missing}", "absent", program="paper_sizes")
+        self.expect("/: Is a directory\n", "/", program="logging")
+
+    def test_a_plug_in_is_looked_for_where_its_path_says(self):
+        os.symlink(programs / "plugin/text_statistics.so", "statistics.so")
+        self.expect("", "statistics.so", program="plugins")
+        self.expect("plugins: /: cannot read file data: Is a directory\n", "/", program="plugins")
+        self.expect(f"client: {os.getcwd()}/absent.so: cannot open shared object file: "
+                    "No such file or directory\n", settings, text, "--plugin", "absent.so")
 
 
 unittest.main(argv=sys.argv[:1])

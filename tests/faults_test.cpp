@@ -12,11 +12,13 @@
 #include "support/child_process.h"
 
 static char const name[] = "a name that needs storage of its own";
-static long allocationsLeft = -1;  // until one fails
+static long allocationsLeft = -1;  // until one fails; negative for no end
 static int freedWithName = 0;
 
 [[gnu::noinline]] void* operator new(std::size_t size) {  // inlined, gcc sees a mismatch
-    return allocationsLeft-- == 0 ? throw std::bad_alloc() : std::malloc(size);
+    if (allocationsLeft-- == 0)
+        throw std::bad_alloc();
+    return std::malloc(size);
 }
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
     if (memory && memmem(memory, malloc_usable_size(memory), name, sizeof name - 1))
@@ -27,133 +29,191 @@ void operator delete(void* memory, std::size_t) noexcept {
     operator delete(memory);
 }
 
+static off_t Size(int descriptor) {
+    struct stat status;
+    fstat(descriptor, &status);
+    return status.st_size;
+}
+
 /// Uses every class and service, and tells whether all is right.
-static bool AllWorks(AttributeMap& settings) {
-    static PaperSizeData const paper = {name, 1, 2, 3, 4};
+static bool AllWorks(TemporaryFile const& log) {
+    bool right = OpenLog(log.path(), {{name, "4"}});
+    LogMessage(4, name, std::string(3000, 'x').c_str());
+    UnicodeString narrow("ISO-8859-1", name);
+    UnicodeString wide(narrow.wc_str());
+    ByteArray bytes(wide.c_str());
+    std::string text;
+    bytes.getASCIIHex(text);
+    bytes.loadASCIIHex(text);
+    right &= std::strcmp(bytes.c_str(), name) == 0;
+
     static EncryptionAPI api;  // keyed by an earlier call, or without a cipher
-    bool right = InitializeLogger("/dev/stdout", &settings, name, false);
-    UnicodeString narrow("ISO-8859-1", name), wide(narrow.wc_str());
-    ByteArray key(wide.c_str()), bytes;
+    std::string before;
+    std::string after;
+    api.encryptString(name, before);
+    EncryptionAPI().initializeAPI(bytes, 4);
+    api.initializeAPI(bytes, 3);
+    api.encryptString(name, after);
+    right &= before == after || before.size() < after.size();  // never with a cipher without key
+    right &= api.decryptString(after, text) && text == name;
+
+    static PaperSizeData const paper = {name, 1, 2, 3, 4};
     PaperSize sizes;
     sizes.addPaperSizeToList(&paper);
-    std::string before, after, value;
-    EncryptionAPI().initializeAPI(key, 4);
-    api.encryptString(name, before), api.initializeAPI(key, 3), api.encryptString(name, after);
-    right &= (before == after || before.size() < 40) && api.decryptString(after, after);
-    bytes = after, bytes.getASCIIHex(value), bytes.loadASCIIHex(value);
-    LogMessage(4, name, std::string(3000, 'x').c_str());
-    GetCurrentTime(value, name);
-    right &= value == bytes.c_str() && sizes.findMediaDataByKey(name) == &paper &&
-             OpenSharedLibrary(nullptr, RTLD_NOW) && TrapExceptionSignal(SIGUSR1, nullptr);
-    return TerminateLogger(), right && std::ifstream("/dev/stdout").get() == '-';  // of a header
+    right &= sizes.findMediaDataByKey(name) == &paper;
+    GetCurrentTime(text, name);
+    right &= text == name;
+    right &= OpenSharedLibrary(nullptr, RTLD_NOW) != nullptr;
+    right &= TrapExceptionSignal(SIGUSR1, nullptr);
+    TerminateLogger();
+    return right && Size(log.descriptor()) > 3000;
 }
 
 TEST(Faults, AnAllocationThatFailsPassesAndBreaksNothing) {
-    ChildResult const child = RunInChild([] {
-        auto const written = [] { return lseek(1, 0, SEEK_END) + lseek(2, 0, SEEK_END); };
-        AttributeMap settings;
-        settings[name] = "4";
-        InitializeLogger("/dev/stdout", &settings, name, false);
+    ExpectInChild([] {
+        TemporaryFile const log;
+        OpenLog(log.path(), {{name, "4"}});
+        auto const written = [&] { return Size(log.descriptor()) + Size(STDERR_FILENO); };
         bool failed = true;
-        for (int count = 0; failed; ++count) {
+        for (int count = 0; failed && !testing::Test::HasFailure(); ++count) {
             bool threw = false;
             allocationsLeft = count;
             try {
-                AllWorks(settings);
+                AllWorks(log);
             } catch (std::bad_alloc const&) {
                 threw = true;
             }
             failed = std::exchange(allocationsLeft, -1) < 0;
+            EXPECT_EQ(threw, failed) << "after " << count << " allocations";
             off_t const before = written();
             LogMessage(4, name, "passes");
-            if (failed != threw || written() == before || !AllWorks(settings))
-                std::exit(count + 1);
+            EXPECT_GT(written(), before) << "after " << count << " allocations";
+            EXPECT_TRUE(AllWorks(log)) << "after " << count << " allocations";
         }
     });
-    EXPECT_EQ(child.status, 0) << "after so many allocations";
+}
+
+static void Limit(decltype(RLIMIT_FSIZE) resource, rlim_t value) {
+    rlimit limit;
+    getrlimit(resource, &limit);
+    limit.rlim_cur = std::min(value, limit.rlim_max);
+    setrlimit(resource, &limit);
+}
+
+TEST(Faults, ALogWithoutADescriptorIsOpenedLater) {
+    ExpectInChild([] {
+        Limit(RLIMIT_NOFILE, 0);
+        EXPECT_FALSE(OpenLog("/dev/null", {}));
+        EXPECT_STREQ(UnicodeString("abc").wc_str(), L"abc") << "which needs none";
+        Limit(RLIMIT_NOFILE, RLIM_INFINITY);
+        EXPECT_TRUE(OpenLog("/dev/null", {}));
+    });
+}
+
+TEST(Faults, AFullDiskIsSuffered) {
+    ChildResult const child = RunInChild([] {
+        EXPECT_TRUE(OpenLog("/dev/full", {}));
+        LogMessage(1, "Net", "lost");
+    });
+    EXPECT_EQ(child.errors, "");
+    EXPECT_EQ(child.status, 0);
 }
 
 TEST(Faults, OnlyWhatCannotBeWrittenIsLost) {
-    auto const open = [] { return InitializeLogger("/dev/full", nullptr, nullptr, false); };
-    ChildResult const full = RunInChild([&] {
-        rlimit limit = {0, 1024};
-        setrlimit(RLIMIT_NOFILE, &limit);
-        std::printf("%d%ls", open(), UnicodeString("abc").wc_str());
-        limit.rlim_cur = limit.rlim_max;
-        setrlimit(RLIMIT_NOFILE, &limit);
-        std::printf("%d", open());
-        LogMessage(1, "Net", "lost");
-    });
-    EXPECT_EQ(std::to_string(full.status) + full.output + full.errors, "00abc1");
-    ChildResult const child = RunLogged([] {
+    TemporaryFile const log;
+    ExpectInChild([&log] {
         signal(SIGXFSZ, SIG_IGN);
-        if (fchmod(loggedFile, 0400) + ftruncate(loggedFile, 0) == 0)  // and it has no name
-            LogMessage(4, "Net", "goes on");
-        rlim_t const end = rlim_t(lseek(loggedFile, 0, SEEK_END));
-        for (rlimit const& limit :
-             {rlimit{end + 5, RLIM_INFINITY}, {RLIM_INFINITY, RLIM_INFINITY}}) {
-            setrlimit(RLIMIT_FSIZE, &limit);
-            LogMessage(4, "Net", "cut, then whole");
-        }
+        OpenLog(log.path(), {{"Global", "4"}});
+        EXPECT_EQ(fchmod(log.descriptor(), 0400), 0);
+        EXPECT_EQ(ftruncate(log.descriptor(), 0), 0);
+        LogMessage(4, "Net", "goes on behind the gap");
+        Limit(RLIMIT_FSIZE, rlim_t(Size(log.descriptor())) + 5);
+        LogMessage(4, "Net", "cut");
+        Limit(RLIMIT_FSIZE, RLIM_INFINITY);
+        LogMessage(4, "Net", "whole");
     });
-    std::size_t const gap = child.log.rfind('\0');  // in place of what was cut off
-    EXPECT_TRUE(gap > 100 && gap < child.log.size());
-    EXPECT_THAT(child.log.substr(gap + 1),
-                testing::MatchesRegex("[0-9:]+ - Net:  goes on\n[0-9:]{13}"
-                                      " - Net:  cut, then whole\nTerm.*\n"));
+    std::string const content = ContentOf(log.path());
+    EXPECT_EQ(content.rfind('\0'), content.find_first_not_of('\0') - 1) << "one gap, at the start";
+    std::string const lines =
+        "[0-9:]{8} - Net:  goes on behind the gap\n"
+        "[0-9:]{5}[0-9:]{8} - Net:  whole\n";
+    EXPECT_THAT(content.c_str() + content.rfind('\0') + 1,
+                testing::MatchesRegex(lines + closingLine));
 }
 
-/// The number of lines before a report, of which each process has numbered its own.
+/// How many lines there are, of which each process must have numbered its own.
 static int CountLines(std::string const& log) {
-    std::istringstream lines(log.substr(0, log.find("FATAL/")));
-    int next[4] = {}, total = 0;
-    for (std::string line; std::getline(lines, line); ++total)
-        if (line + "\n" != closingLine) {
-            EXPECT_EQ(line.substr(1), ":  " + std::to_string(next[line[0] % 4]++));
+    std::istringstream lines(log);
+    std::map<std::string, int> next;
+    int count = 0;
+    for (std::string process, number; lines >> process >> number; ++count)
+        if (number != std::to_string(next[process]++)) {
+            ADD_FAILURE() << "cut, lost or out of order: " << process << ' ' << number;
+            break;
         }
-    return total;
+    return count;
 }
 
-TEST(Faults, FourProcessesWriteAMillionLinesIntoOneLog) {
+TEST(Faults, FourProcessesWriteIntoOneLog) {
+    constexpr int linesOfEach = 25000;
     ChildResult const child = RunLogged([] {
         std::string const process = std::to_string((fork() == 0) + 2 * (fork() == 0));
-        for (int line = 0; line < 250000; ++line)
+        for (int line = 0; line < linesOfEach; ++line)
             LogMessage(4, process.c_str(), std::to_string(line).c_str());
         while (wait(nullptr) > 0)
             continue;
+        if (process != "0")
+            _exit(EXIT_SUCCESS);
     });
-    EXPECT_EQ(CountLines(child.log), 4 * (250000 + 1));
+    std::size_t const closing = child.log.find(closingLine);
+    EXPECT_EQ(CountLines(child.log.substr(0, closing)), 4 * linesOfEach);
 }
 
 TEST(Faults, LinesBeforeASignalAreWhole) {
     for (int const signal : {SIGKILL, SIGUSR1}) {
-        ChildResult const child = RunLogged([signal] {
+        TemporaryFile const log;
+        ChildResult const child = RunInChild([&] {
+            OpenLog(log.path(), {{"Global", "4"}});
             TrapExceptionSignal(SIGUSR1, nullptr);
-            if (fork() == 0)
-                usleep(20000), kill(getppid(), signal), _exit(0);
+            if (fork() == 0) {
+                while (Size(log.descriptor()) < 10000)
+                    usleep(100);
+                kill(getppid(), signal);
+                _exit(EXIT_SUCCESS);
+            }
             for (int line = 0;; ++line)
-                LogMessage(4, "0", std::to_string(line).c_str());
+                LogMessage(4, "Net", std::to_string(line).c_str());
         });
-        bool const reported = child.log.find("FATAL/") != std::string::npos;
-        EXPECT_TRUE(CountLines(child.log) > 10 && reported == (signal == SIGUSR1));
-        EXPECT_EQ(child.status, reported ? 0 : -SIGKILL);
+        std::string const lines = LinesAfterHeader(ContentOf(log.path()));
+        std::size_t const report = lines.find("FATAL/ExceptionSignalHandler");
+        EXPECT_GT(CountLines(lines.substr(0, report)), 100) << signal;
+        EXPECT_EQ(report != std::string::npos, signal == SIGUSR1) << signal;
+        EXPECT_EQ(child.status, signal == SIGUSR1 ? EXIT_SUCCESS : -SIGKILL);
     }
 }
 
 // The finished library's optimiser must not have dropped what nobody reads.
-TEST(Wiping, LeavesNeitherKeyedTablesNorAnOpenedPassword) {
+TEST(Wiping, LeavesNoKeyedTables) {
     alignas(Blowfish) char used[sizeof(Blowfish)];
-    Blowfish const unkeyed;
     Blowfish* const cipher = new (used) Blowfish;
-    cipher->setPassword(name), cipher->~Blowfish();
+    cipher->setPassword(name);
+    cipher->~Blowfish();
+    Blowfish const unkeyed;
+    std::string const left(used + sizeof(std::string), std::end(used));
     char const* const initial = reinterpret_cast<char const*>(&unkeyed) + sizeof(std::string);
-    EXPECT_TRUE(std::equal(used + sizeof(std::string), std::end(used), initial));
+    EXPECT_TRUE(left == std::string(initial, left.size())) << "the tables are still keyed";
+}
 
+TEST(Wiping, LeavesNoOpenedPassword) {
     EncryptionAPI api;
-    ByteArray builtIn("Tq8-Lm2vZr5-Kx9wPn3-Hc7yJd4-Fs6uBg1-We0R"), sealed;
-    api.initializeAPI(builtIn, 3), api.encryptData(name, sealed);
-    freedWithName = 0, api.initializeAPI(sealed, 4);
-    EXPECT_EQ(freedWithName, 0);
-    api.encryptData(name, sealed);  // whose buffer is not wiped
-    EXPECT_EQ(freedWithName, 1) << "the check itself";
+    ByteArray builtIn("Tq8-Lm2vZr5-Kx9wPn3-Hc7yJd4-Fs6uBg1-We0R");
+    ByteArray sealed;
+    api.initializeAPI(builtIn, 3);
+    api.encryptData(name, sealed);
+    freedWithName = 0;
+    api.initializeAPI(sealed, 4);
+    EXPECT_EQ(freedWithName, 0) << "blocks were freed that hold the password";
+
+    api.encryptData(name, sealed);
+    EXPECT_EQ(freedWithName, 1) << "the check itself, on a buffer that is not wiped";
 }

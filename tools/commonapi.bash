@@ -1,22 +1,36 @@
 # Completion of the command commonapi for bash.
 
 _commonapi() {
-    local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    local word=$2 previous=$3 options
+    # "--option=value" comes as three words, the last of which may be missing.
+    if [[ $previous == = ]]; then
+        previous=${COMP_WORDS[COMP_CWORD - 2]}
+    elif [[ ${COMP_WORDS[COMP_CWORD]} == = ]]; then
+        word=
+    fi
     COMPREPLY=()
     case $previous in
-        --password-file) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
-        --password-env) mapfile -t COMPREPLY < <(compgen -v -- "$word") ;;
-        commonapi) mapfile -t COMPREPLY < <(
-            compgen -W "encrypt decrypt seal-key plugin --help --version" -- "$word") ;;
-        *)
-            case ${COMP_WORDS[1]} in
-                encrypt | decrypt) mapfile -t COMPREPLY < <(
-                    compgen -W "--password-file --password-env --sealed --help" -- "$word") ;;
-                plugin) mapfile -t COMPREPLY < <(compgen -f -- "$word"; compgen -W --help -- "$word") ;;
-                seal-key) mapfile -t COMPREPLY < <(
-                    compgen -W "--password-file --password-env --open --help" -- "$word") ;;
-            esac
+        --password-file)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$word")
+            return
+            ;;
+        --password-env)
+            mapfile -t COMPREPLY < <(compgen -e -- "$word")
+            return
             ;;
     esac
+    case $COMP_CWORD:${COMP_WORDS[1]} in
+        1:*) options="encrypt decrypt seal-key plugin --help --version" ;;
+        *:encrypt) options="--password-file --password-env --sealed --help" ;;
+        *:decrypt) options="--password-file --password-env --sealed --raw --help" ;;
+        *:seal-key) options="--password-file --password-env --open --help" ;;
+        *:plugin)
+            options=--help
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$word")
+            ;;
+    esac
+    mapfile -t -O ${#COMPREPLY[@]} COMPREPLY < <(compgen -W "$options" -- "$word")
 }
-complete -o filenames -F _commonapi commonapi
+complete -F _commonapi commonapi

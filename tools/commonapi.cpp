@@ -1,20 +1,18 @@
 // The command for the people who look after installations.
 
-#include <CommonAPI/byte_array.h>
-#include <CommonAPI/encryption_api.h>
 #include <CommonAPI/shared_object_loader.h>
 #include <dlfcn.h>
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
-#include <cctype>
-#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 
+#include "cipher.h"
 #include "commonapi.h"
-#include "crypto/built_in_passphrase.h"
+#include "help.h"
+#include "output.h"
 #include "password.h"
+#include "text.h"
 #include "values.h"
 
 namespace {
@@ -25,90 +23,65 @@ constexpr char const* warning =
     "passphrase of sealed keys ships in the library, so a sealed key is no better hidden than the "
     "library is.";
 
-constexpr int directPassword = 3;
-constexpr std::size_t digitsPerBlock = 16;
+using Asked = PasswordSource::Asked;
 
-/// The converting half of the command: a cipher that clients key in the same way.
-class Cipher {
-public:
-    explicit Cipher(std::string const& password) {
-        ByteArray key;
-        key = password;
-        api.initializeAPI(key, directPassword);
+struct ConversionOptions {
+    PasswordSource password;
+    bool sealed = false;
+    bool raw = false;
+    std::vector<std::string> values;
+
+    void addTo(CLI::App& command) {
+        command.footer(warning);
+        password.addOptions(command);
+        command.add_flag("--sealed", sealed,
+                         "What is given as the password is a sealed key, in hexadecimal");
+        command.add_option("VALUE", values,
+                           "The values, which other users can see here; without any, one value a "
+                           "line from standard input");
     }
 
-    std::string encrypt(std::string const& value) const {
-        if (value.find('\0') != std::string::npos)
-            throw std::runtime_error("holds a zero character, at which it would end");
-        std::string encrypted;
-        api.encryptString(value, encrypted);
-        return encrypted;
+    Cipher cipher(std::string const& purpose, Asked asked) const {
+        std::string const kind = sealed ? "Sealed key" : "Password";
+        Secret const given = password.read(kind + " to " + purpose + " with", asked);
+        Secret const key = sealed ? Open(given) : given;
+        return Cipher({key.data(), key.size()});
     }
-
-    std::string decrypt(std::string const& encrypted) const {
-        std::size_t const bad = encrypted.find_first_not_of("0123456789ABCDEFabcdef");
-        if (bad != std::string::npos)
-            throw std::runtime_error("no hexadecimal digit at character " +
-                                     std::to_string(bad + 1));
-        if (encrypted.size() % digitsPerBlock != 0)
-            throw std::runtime_error("not a multiple of 16 digits long");
-        std::string value;
-        api.decryptString(encrypted, value);
-        if (value.find('\n') != std::string::npos || encrypt(value) != UpperCase(encrypted))
-            throw std::runtime_error(
-                "holds a zero character or a line end, or was encrypted with another password");
-        return value;
-    }
-
-private:
-    static std::string UpperCase(std::string text) {
-        std::transform(text.begin(), text.end(), text.begin(), [](char digit) {
-            return static_cast<char>(std::toupper(static_cast<unsigned char>(digit)));
-        });
-        return text;
-    }
-
-    EncryptionAPI api;
 };
 
-void FinishOutput() {
-    if (!std::cout.flush())
-        throw std::runtime_error("the output cannot be written");
+char const* RemarkOnText(std::string_view value) {
+    if (value.ends_with('\r'))
+        return "the carriage return at its end is part of the value; decrypt wants --raw for it";
+    if (WithoutFileMarks(value).size() != value.size())
+        return "the byte order mark at its start is part of the value";
+    if (!IsText(value))
+        return "no text in UTF-8; decrypt wants --raw for it";
+    return nullptr;
 }
 
-/// Seals keys for mode 4, and opens them.
-Cipher Sealer() {
-    return Cipher(CommonAPI::internal::BuiltInPassphrase().data());
-}
-
-std::string Open(std::string const& sealedKey) {
-    try {
-        return Sealer().decrypt(sealedKey);
-    } catch (std::runtime_error const&) {
-        throw std::runtime_error("this is no sealed key in hexadecimal");
-    }
-}
-
-/// `encrypt` or `decrypt`, as the member function says.
-void AddConversion(CLI::App& app, char const* name, char const* description,
-                   std::string (Cipher::*convert)(std::string const&) const, bool& refused) {
-    struct Options {
-        PasswordSource password;
-        bool sealed = false;
-        std::vector<std::string> values;
-    };
-    auto const options = std::make_shared<Options>();
-    CLI::App& command = *app.add_subcommand(name, description)->footer(warning);
-    options->password.addOptions(command);
-    command.add_flag("--sealed", options->sealed,
-                     "What is given as the password is a sealed key, in hexadecimal");
-    command.add_option("values", options->values,
-                       "The values; none: one value a line from standard input");
+void AddEncrypt(CLI::App& app, bool& refused) {
+    auto const options = std::make_shared<ConversionOptions>();
+    CLI::App& command = *app.add_subcommand("encrypt", "Encrypt values as clients read them");
+    options->addTo(command);
     command.callback([=, &refused] {
-        std::string const password = options->password.read("Password: ");
-        Cipher const cipher(options->sealed ? Open(password) : password);
-        refused = !ConvertValues(
-            options->values, [&](std::string const& value) { return (cipher.*convert)(value); });
+        Cipher cipher = options->cipher("encrypt", Asked::twice);
+        refused = !ConvertValues(options->values, RemarkOnText,
+                                 [&](std::string_view value) { return cipher.encrypt(value); });
+    });
+}
+
+void AddDecrypt(CLI::App& app, bool& refused) {
+    auto const options = std::make_shared<ConversionOptions>();
+    CLI::App& command = *app.add_subcommand("decrypt", "Decrypt values that clients read");
+    options->addTo(command);
+    command.add_flag("--raw", options->raw,
+                     "Write a value even if it is no text, as that of a wrong password is");
+    command.callback([=, &refused] {
+        Cipher cipher = options->cipher("decrypt", Asked::once);
+        auto const decrypt = options->raw ? &Cipher::decryptRaw : &Cipher::decrypt;
+        auto const noRemark = [](std::string_view) { return nullptr; };
+        refused = !ConvertValues(options->values, noRemark,
+                                 [&](std::string_view value) { return (cipher.*decrypt)(value); });
     });
 }
 
@@ -125,9 +98,12 @@ void AddSealKey(CLI::App& app) {
     command.add_flag("--open", options->open,
                      "Show the password that a sealed key, given as the password, stands for");
     command.callback([=] {
-        std::string const password = options->password.read("Password or sealed key: ");
-        std::cout << (options->open ? Open(password) : Sealer().encrypt(password)) << '\n';
-        FinishOutput();
+        if (options->open) {
+            Secret const password = Open(options->password.read("Sealed key to open", Asked::once));
+            std::cout << std::string_view(password.data(), password.size()) << '\n';
+        } else {
+            std::cout << Seal(options->password.read("Password to seal", Asked::twice)) << '\n';
+        }
     });
 }
 
@@ -139,16 +115,19 @@ std::string Published(void* plugin, char const* variable) {
 
 /// False if the plug-in does not load.
 bool ShowPlugin(std::string const& file) {
-    // Never a search in the system's folders: a file is meant.
-    std::string const path = std::filesystem::absolute(file);
+    // Without a slash, the system's folders would be searched: a file is meant.
+    std::string const path = file == "-"                           ? "/dev/stdin"
+                             : file.find('/') == std::string::npos ? "./" + file
+                                                                   : file;
     void* const plugin = OpenSharedLibrary(path.c_str(), RTLD_NOW);
     if (!plugin) {
         dlopen(path.c_str(), RTLD_NOW);  // the loader has read the first error already
-        std::cerr << "commonapi: " << dlerror() << '\n';
+        Report(dlerror());
         return false;
     }
-    std::cout << file << ":" << Published(plugin, "_KeldaSODisplayName")
-              << Published(plugin, "_KeldaSOVersion") << '\n';
+    std::cout << Printable(file + ":" + Published(plugin, "_KeldaSODisplayName") +
+                           Published(plugin, "_KeldaSOVersion"))
+              << '\n';
     CloseSharedLibrary(plugin);
     return true;
 }
@@ -156,12 +135,24 @@ bool ShowPlugin(std::string const& file) {
 void AddPlugin(CLI::App& app, bool& refused) {
     auto const files = std::make_shared<std::vector<std::string>>();
     CLI::App& command = *app.add_subcommand("plugin", "Show who plug-ins are");
-    command.add_option("files", *files, "The plug-ins; their code runs as they load")->required();
+    command.add_option("FILE", *files, "The plug-ins; their code runs as they load")->required();
     command.callback([=, &refused] {
         for (std::string const& file : *files)
             refused = !ShowPlugin(file) || refused;
-        FinishOutput();
     });
+}
+
+/// Does what the command line says, or shows the help or version that it asks for.
+void Execute(CLI::App& app, int argc, char** argv) {
+    try {
+        if (argc > 1)
+            app.parse(argc, argv);
+        else
+            std::cout << app.help();
+    } catch (CLI::Success const& request) {
+        app.exit(request);
+    }
+    FinishOutput();
 }
 
 }  // namespace
@@ -169,20 +160,25 @@ void AddPlugin(CLI::App& app, bool& refused) {
 int RunCommand(int argc, char** argv) {
     CLI::App app("Looks after the settings and plug-ins of programs that use libCommonAPI.",
                  "commonapi");
-    app.set_version_flag("--version", "commonapi " COMMONAPI_VERSION);
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.set_help_flag("-h,--help", "Show this help");
+    app.set_version_flag("--version", "commonapi " COMMONAPI_VERSION, "Show the version");
     app.require_subcommand(1);
     app.footer(warning);
     bool refused = false;
-    AddConversion(app, "encrypt", "Encrypt values as clients read them", &Cipher::encrypt, refused);
-    AddConversion(app, "decrypt", "Decrypt values that clients read", &Cipher::decrypt, refused);
+    AddEncrypt(app, refused);
+    AddDecrypt(app, refused);
     AddSealKey(app);
     AddPlugin(app, refused);
+    for (CLI::App* command : app.get_subcommands({}))
+        command->group("Commands");
     try {
-        app.parse(argc, argv);
-    } catch (CLI::ParseError const& error) {
-        return app.exit(error);
+        Execute(app, argc, argv);
+    } catch (CLI::ParseError const& mistake) {
+        ReportMistake(app, mistake);
+        return 2;
     } catch (std::exception const& failure) {
-        std::cerr << "commonapi: " << failure.what() << '\n';
+        Report(failure.what());
         return 1;
     }
     return refused;

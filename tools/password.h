@@ -1,7 +1,10 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
+
+#include "secret.h"
 
 /// Where a password, or a sealed key in hexadecimal, comes from: never from the command line
 /// itself, which other users of the machine can see.
@@ -9,11 +12,14 @@ class PasswordSource {
 public:
     void addOptions(CLI::App& command);
 
-    /// The first line of the file, the variable, or what is typed at the terminal. Throws
-    /// `std::runtime_error` for one that cannot be had, is empty or holds a zero character.
-    std::string read(char const* prompt) const;
+    enum class Asked { once, twice };
+
+    /// The first line of the file, the variable, which is overwritten, or what is typed at the
+    /// terminal. From then on the process leaves no core file. Throws `std::runtime_error` for one
+    /// that cannot be had, is empty or holds a zero character.
+    Secret read(std::string const& prompt, Asked asked) const;
 
 private:
-    std::string file;
-    std::string variable;
+    std::optional<std::string> file;
+    std::optional<std::string> variable;
 };

@@ -2,21 +2,27 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <iostream>
 #include <limits>
 #include <stdexcept>
 
+#include "output.h"
+
 namespace {
 
-constexpr std::size_t longestLine = 1 << 20;
+constexpr std::size_t roomForLine = 1 << 22;
 
 /// A count on the standard error of a terminal, renewed a few times a second.
 class Progress {
 public:
-    ~Progress() {
+    ~Progress() { clear(); }
+
+    void clear() {
         if (shown)
             std::cerr << "\r\033[K";
+        shown = false;
     }
 
     void count(std::size_t values) {
@@ -38,64 +44,80 @@ private:
 /// One run over values, which remembers whether one was refused.
 class Run {
 public:
-    Run(char const* kindOfValue, std::function<std::string(std::string const&)> const& conversion)
-        : kind(kindOfValue), convert(conversion) {}
+    Run(char const* kindOfValue, ValueRemark const& remarkOnValue,
+        ValueConversion const& conversion)
+        : kind(kindOfValue), remark(remarkOnValue), convert(conversion) {}
 
-    template <class Get>
-    void add(Get get) {
+    void add(std::string_view value) {
         ++number;
         try {
-            std::cout << convert(get()) << '\n';
+            std::cout << convert(value) << '\n';
+            pointOut(remark(value));
         } catch (std::runtime_error const& refusal) {
-            std::cerr << "commonapi: " << kind << ' ' << number << ": " << refusal.what() << '\n';
+            report(refusal.what());
             refused = true;
         }
         if (!std::cout)
-            throw std::runtime_error("the output cannot be written");
+            FinishOutput();
         progress.count(number);
     }
 
-    bool finish() const {
-        if (!std::cout.flush())
-            throw std::runtime_error("the output cannot be written");
-        return !refused;
-    }
+    bool allAccepted() const { return !refused; }
 
 private:
+    void pointOut(char const* what) {
+        if (!what || std::find(pointedOut.begin(), pointedOut.end(), what) != pointedOut.end())
+            return;
+        pointedOut.push_back(what);
+        report(what);
+    }
+
+    void report(std::string const& what) {
+        progress.clear();
+        Report(std::string(kind) + ' ' + std::to_string(number) + ": " + what);
+    }
+
     char const* kind;
-    std::function<std::string(std::string const&)> const& convert;
+    ValueRemark const& remark;
+    ValueConversion const& convert;
     std::size_t number = 0;
     bool refused = false;
+    std::vector<std::string> pointedOut;
     Progress progress;
 };
 
 /// The line in `room`, which was just read; the rest of one that did not fit is passed over.
-std::string TakeLine(std::string const& room) {
+std::string_view TakeLine(std::string const& room) {
     auto const count = static_cast<std::size_t>(std::cin.gcount());
     if (!std::cin.fail())
-        return room.substr(0, count - (std::cin.eof() ? 0 : 1));  // the line's end is counted
+        return {room.data(), count - (std::cin.eof() ? 0 : 1)};  // the line's end is counted
     std::cin.clear();
     std::cin.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
-    throw std::runtime_error("longer than " + std::to_string(longestLine) + " characters");
+    return {room.data(), count};
 }
 
 }  // namespace
 
-bool ConvertValues(std::vector<std::string> const& arguments,
-                   std::function<std::string(std::string const&)> const& convert) {
+bool ConvertValues(std::vector<std::string> const& arguments, ValueRemark const& remark,
+                   ValueConversion const& convert) {
     if (!arguments.empty()) {
-        Run run("argument", convert);
+        Run run("argument", remark, convert);
         for (std::string const& argument : arguments)
-            run.add([&] { return argument; });
-        return run.finish();
+            run.add(argument);
+        return run.allAccepted();
     }
 
-    if (!isatty(STDIN_FILENO))
+    if (isatty(STDIN_FILENO))
+        std::cerr << "Values, one a line; Ctrl-D on an empty line ends them.\n";
+    else
         std::cin.tie(nullptr);
-    Run run("line", convert);
-    std::string room(longestLine + 1, '\0');
-    while (std::cin.getline(room.data(), static_cast<std::streamsize>(room.size())) ||
-           std::cin.gcount() > 0)
-        run.add([&] { return TakeLine(room); });
-    return run.finish();
+    Run run("line", remark, convert);
+    std::string room(roomForLine + 1, '\0');
+    while ((std::cin.getline(room.data(), static_cast<std::streamsize>(room.size())) ||
+            std::cin.gcount() > 0) &&
+           !std::cin.bad())
+        run.add(TakeLine(room));
+    if (std::cin.bad())
+        throw std::runtime_error("standard input: " + SystemError());
+    return run.allAccepted();
 }

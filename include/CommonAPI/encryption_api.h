@@ -46,7 +46,8 @@ public:
     /// Sets `out` to `in` decrypted, padding included. False, with `out` empty, when the length of
     /// `in` is not a multiple of 8. Given one buffer as both, empties it.
     bool decryptData(ByteArray const& in, ByteArray& out) const;
-    /// Appends the encrypted items to `out`; on failure those before the failing one stay.
+    /// Appends the encrypted items to `out`; on failure those before the failing one stay. Given one
+    /// list as both, encrypts the items that it holds at first.
     bool encryptDataList(std::vector<ByteArray> const& in, std::vector<ByteArray>& out) const;
     /// Gives `out` the size of `in` and replaces its items by the decrypted ones; on failure those
     /// from the failing one on stay as they were.

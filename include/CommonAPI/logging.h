@@ -10,10 +10,12 @@
 ///
 /// A line is the time ("%X"), " - ", the prefix, the module, ":  ", the text and a newline. It is
 /// written to the log file with one write and flushed; failures to write are not reported. While
-/// the logger is not initialised, lines go to standard error, each followed by an empty one.
+/// the logger is not initialised, lines go to standard error, each followed by an empty one. Module
+/// and text are written as they are: a newline in them begins what looks like another line.
 ///
 /// Threads: none of this is protected by locks; callers serialise their calls. Objects may log from
-/// their destructors at process exit, before or after the log file is closed.
+/// their destructors at process exit, before or after the log file is closed, and after the library
+/// itself has ended. Every text may lie in `LogMessageBuffer`.
 #ifndef COMMONAPI_LOGGING_H
 #define COMMONAPI_LOGGING_H
 

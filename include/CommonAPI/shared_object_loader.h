@@ -17,7 +17,7 @@ extern "C" {
 /// Opens `path` as `dlopen` does with the same flags, and logs at level 4 for "Plugin Loader" what
 /// was loaded: the path, with " - " and the display name, then a blank and the version, as far as
 /// the plug-in publishes them. A null `path` opens the running program, which is logged as "current
-/// application".
+/// application". The path may lie in `LogMessageBuffer`.
 ///
 /// @return a handle that the caller closes, or null; then the system's reason is logged at level 1
 /// for "SharedObjectResource::loadResource()".
@@ -26,8 +26,8 @@ COMMONAPI_EXPORT void* OpenSharedLibrary(char const* path, int flags);
 /// The result of `dlclose`: 0 on success. REQUIRES: `handle` is open and not null.
 COMMONAPI_EXPORT int CloseSharedLibrary(void* handle);
 
-/// The first symbol of that name among the objects that the whole process sees, or null. A plug-in
-/// belongs to them when it was opened with `RTLD_GLOBAL`.
+/// The first symbol of that name among the objects that the whole process sees, or null, whoever
+/// asks. A plug-in belongs to them when it was opened with `RTLD_GLOBAL`.
 COMMONAPI_EXPORT void* FetchSymbol(char const* name);
 
 /// The symbol of that name in the opened object or in what it depends on, or null.

@@ -26,8 +26,8 @@ extern "C" {
 ///
 /// @param signalNumber from 1 to 63.
 /// @param handler may be null.
-/// @return false for any other number; false, with "Couldn't trap Signal " and the number on
-/// standard output, when the system refuses it.
+/// @return false for 0; false, with "Couldn't trap Signal " and the number on standard output, for
+/// any other number, and when the system refuses it.
 ///
 /// Threads: not protected by a lock; callers serialise their calls.
 COMMONAPI_EXPORT bool TrapExceptionSignal(int signalNumber, void (*handler)(siginfo*));

@@ -10,8 +10,9 @@
 #include <string>
 
 /// Writes the header to the open log file: application (left out if null), time, process, system
-/// and the logger's settings. `InitializeLogger` calls it; its text stays in `LogMessageBuffer`.
-/// REQUIRES: the log file is open.
+/// and the logger's settings. `InitializeLogger` calls it; its text stays in `LogMessageBuffer`,
+/// which the name may lie in.
+/// With no log file open, nothing is written.
 COMMONAPI_EXPORT void CaptureInitialLogInfo(char const* applicationName);
 
 /// The local time as `strftime` formats it; empty if that is longer than 511 bytes.

@@ -138,7 +138,7 @@ public:
     /// conversion uses it.
     void instantiateTargetTranscoder(char const* first, char const* second);
     /// Sets the narrow form to `text` and the wide form to what its first `count` bytes
-    /// (0xFFFFFFFF: all) convert to. Returns the wide form.
+    /// (0xFFFFFFFF: all) convert to. Returns the wide form. The text may lie in the object.
     wchar_t const* transcodeMessage(char const* text, unsigned int count);
     /// Sets the narrow form to what the first `count` bytes of `text` convert to, and returns it.
     /// The count is in bytes, four to a character.

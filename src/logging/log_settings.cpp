@@ -4,17 +4,23 @@
 #include <climits>
 #include <cstdlib>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "types/immortal.h"
 
 namespace {
 
-/// The numbers that the settings stand for, read once instead of for each message.
-using Thresholds = std::map<std::string, int, std::less<>>;
+struct ModuleThreshold {
+    std::string module;
+    int threshold;
+};
+
+/// The numbers that the settings stand for, read once instead of for each message; in the order of
+/// the modules.
+using Thresholds = std::vector<ModuleThreshold>;
 
 Thresholds const* moduleThresholds = nullptr;  // none before the first settings
 int globalThreshold = CommonAPI::internal::logOff;
@@ -25,9 +31,9 @@ void FindHighestThreshold() {
 
     int highest = globalThreshold == logOff ? INT_MIN : globalThreshold;
     if (moduleThresholds)
-        for (auto const& [name, threshold] : *moduleThresholds)
-            if (threshold != logOff)
-                highest = std::max(highest, threshold);
+        for (ModuleThreshold const& entry : *moduleThresholds)
+            if (entry.threshold != logOff)
+                highest = std::max(highest, entry.threshold);
     highestLogThreshold = highest;
 }
 
@@ -44,10 +50,11 @@ void CommonAPI::internal::SetLogSettings(AttributeMap const& source) {
     AttributeMap& settings = LogSettings();
     settings = source;
     auto thresholds = std::make_unique<Thresholds>();
+    thresholds->reserve(static_cast<std::size_t>(settings.size()));
     std::string name;
     std::string value;
     for (long i = 0; settings.fetchAttributeValueByIndex(i, name, value); ++i)
-        (*thresholds)[name] = std::atoi(value.c_str());
+        thresholds->push_back({name, std::atoi(value.c_str())});
     delete std::exchange(moduleThresholds, thresholds.release());
     FindHighestThreshold();
 }
@@ -59,8 +66,11 @@ void CommonAPI::internal::SetGlobalLogThreshold(int threshold) {
 
 bool CommonAPI::internal::PassesLogThreshold(int level, std::string_view module) {
     int threshold = globalThreshold;
-    if (moduleThresholds)
-        if (auto const entry = moduleThresholds->find(module); entry != moduleThresholds->end())
-            threshold = entry->second;
+    if (moduleThresholds) {
+        auto const entry = std::ranges::lower_bound(*moduleThresholds, module, std::less<>(),
+                                                    &ModuleThreshold::module);
+        if (entry != moduleThresholds->end() && entry->module == module)
+            threshold = entry->threshold;
+    }
     return level <= threshold && threshold != logOff;
 }

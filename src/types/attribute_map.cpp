@@ -39,7 +39,11 @@ AttributeMap::AttributeMap() = default;
 
 AttributeMap::~AttributeMap() = default;
 
-AttributeMap& AttributeMap::operator=(AttributeMap const& other) = default;
+AttributeMap& AttributeMap::operator=(AttributeMap const& other) {
+    if (this != &other)
+        attributes = std::map(other.attributes);  // not in place: values are assigned without const
+    return *this;
+}
 
 UnicodeString* AttributeMap::findValue(std::string const& key) {
     if (std::string_view(key).find('\0') != std::string_view::npos)

@@ -22,12 +22,21 @@ inline Converter OpenConverter(char const* to, char const* from) {
     return iconv_open(to, from);
 }
 
+/// Calls `iconv`, which is declared with or without const, though the input is only read.
+template <class Input>
+std::size_t CallWithItsConst(std::size_t (*function)(iconv_t, Input**, std::size_t*, char**,
+                                                     std::size_t*),
+                             Converter converter, char const** input, std::size_t* inputLeft,
+                             char** output, std::size_t* outputLeft) {
+    return function(static_cast<iconv_t>(converter), const_cast<Input**>(input), inputLeft, output,
+                    outputLeft);
+}
+
 /// -1 for a failure.
 inline int Convert(Converter converter, char const** input, std::size_t* inputLeft, char** output,
                    std::size_t* outputLeft) {
-    // Declared without const, though the input is only read.
-    return static_cast<int>(iconv(static_cast<iconv_t>(converter), const_cast<char**>(input),
-                                  inputLeft, output, outputLeft));
+    return static_cast<int>(
+        CallWithItsConst(iconv, converter, input, inputLeft, output, outputLeft));
 }
 
 /// Does nothing for a null converter.

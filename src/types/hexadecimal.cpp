@@ -1,14 +1,8 @@
 #include "types/hexadecimal.h"
 
 // Arithmetic without tables or branches, decoded in blocks of a fixed size, so that the compiler
-// turns it into vector instructions: those of every processor of its kind and, to choose from when
-// the library is loaded, wider ones.
-// Not under ThreadSanitizer, which is not ready yet when the choice is made.
-#if defined(__x86_64__) && !defined(__SANITIZE_THREAD__)
-#define COMMONAPI_WIDER_TOO [[gnu::target_clones("avx2", "default")]]
-#else
-#define COMMONAPI_WIDER_TOO
-#endif
+// turns it into vector instructions: those of every processor of its kind and, where the processor
+// has them, wider ones. Not by `target_clones`, for which compilers export what they choose with.
 
 namespace CommonAPI::internal {
 namespace {
@@ -42,18 +36,16 @@ inline bool DecodeBlock(char const* digits, Byte* bytes) {
     return bad < noDigit;
 }
 
-}  // namespace
-
-COMMONAPI_WIDER_TOO
-void EncodeHexadecimal(Byte const* bytes, std::size_t count, char* digits) {
+// Inlined for each kind of instructions.
+[[gnu::always_inline]] inline void Encode(Byte const* bytes, std::size_t count, char* digits) {
     for (std::size_t i = 0; i < count; ++i) {
         digits[2 * i] = DigitOf(static_cast<Byte>(bytes[i] >> 4));
         digits[2 * i + 1] = DigitOf(bytes[i] & 0x0F);
     }
 }
 
-COMMONAPI_WIDER_TOO
-std::size_t DecodeHexadecimal(char const* digits, std::size_t pairs, Byte* bytes) {
+[[gnu::always_inline]] inline std::size_t Decode(char const* digits, std::size_t pairs,
+                                                 Byte* bytes) {
     std::size_t done = 0;
     while (pairs - done >= blockSize && DecodeBlock(digits + 2 * done, bytes + done))
         done += blockSize;
@@ -65,6 +57,38 @@ std::size_t DecodeHexadecimal(char const* digits, std::size_t pairs, Byte* bytes
         bytes[done] = static_cast<Byte>(high << 4 | low);
     }
     return done;
+}
+
+#ifdef __x86_64__
+[[gnu::target("avx2")]] void EncodeWider(Byte const* bytes, std::size_t count, char* digits) {
+    Encode(bytes, count, digits);
+}
+
+[[gnu::target("avx2")]] std::size_t DecodeWider(char const* digits, std::size_t pairs,
+                                                Byte* bytes) {
+    return Decode(digits, pairs, bytes);
+}
+
+bool HasWider() {
+    return __builtin_cpu_supports("avx2");
+}
+#else
+constexpr auto EncodeWider = Encode;
+constexpr auto DecodeWider = Decode;
+
+constexpr bool HasWider() {
+    return false;
+}
+#endif
+
+}  // namespace
+
+void EncodeHexadecimal(Byte const* bytes, std::size_t count, char* digits) {
+    HasWider() ? EncodeWider(bytes, count, digits) : Encode(bytes, count, digits);
+}
+
+std::size_t DecodeHexadecimal(char const* digits, std::size_t pairs, Byte* bytes) {
+    return HasWider() ? DecodeWider(digits, pairs, bytes) : Decode(digits, pairs, bytes);
 }
 
 }  // namespace CommonAPI::internal

@@ -6,10 +6,12 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
-extern "C" COMMONAPI_EXPORT float strtof(char const* text, char** /* end */) noexcept {
+// Under a name of its own for the compiler: C libraries differ in how they declare the other one.
+extern "C" COMMONAPI_EXPORT float CommonAPIStrtof(char const* text, char** end) __asm__("strtof");
+
+extern "C" float CommonAPIStrtof(char const* text, char** /* end */) {
     std::size_t blanks = 0;
     while (std::isspace(static_cast<unsigned char>(text[blanks])))
         ++blanks;

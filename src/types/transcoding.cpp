@@ -58,6 +58,11 @@ bool CanConvert(Converter converter) {
     return converter && converter != FailedConverter() && !transcodersClosed;
 }
 
+/// What is converted is read like a C string.
+void EndAtZero(std::wstring& text) {
+    text.erase(std::wcslen(text.c_str()));
+}
+
 }  // namespace
 
 bool UnicodeString::instantiateBaseTranscoders() {
@@ -101,6 +106,8 @@ wchar_t const* UnicodeString::transcodeMessage(char const* text, unsigned int co
     // The text may lie in a form that changes, so it is converted before.
     std::wstring converted;
     convertToWide(text, all ? length : count, converted);
+    if (!all && count > length)
+        EndAtZero(converted);
     narrowString.assign(text, length);
     wideString.swap(converted);
     return wideString.c_str();
@@ -127,7 +134,11 @@ void UnicodeString::deriveNarrow(wchar_t const* text, std::size_t count) {
 
 void UnicodeString::deriveWide() {
     convertToWide(narrowString.c_str(), narrowString.size(), wideString);
-    narrowString.erase(std::strlen(narrowString.c_str()));  // like a C string
+    std::size_t const length = std::strlen(narrowString.c_str());
+    if (length == narrowString.size())
+        return;
+    narrowString.erase(length);
+    EndAtZero(wideString);
 }
 
 void UnicodeString::convertToWide(char const* text, std::size_t count, std::wstring& converted) {
@@ -137,22 +148,19 @@ void UnicodeString::convertToWide(char const* text, std::size_t count, std::wstr
         return;
 
     converted.reserve(count);
-    char const* input = text;
     std::size_t inputLeft = count;
     std::size_t length = 0;
     while (inputLeft != 0) {
         converted.resize(length + std::min(inputLeft, wideChunk));
         auto end = reinterpret_cast<char*>(converted.data() + length);
         std::size_t room = (converted.size() - length) * sizeof(wchar_t);
-        int const result = Convert(utf8ToWideTranscoder, &input, &inputLeft, &end, &room);
+        int const result = Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room);
         length = converted.size() - room / sizeof(wchar_t);
         // Text that ends inside a sequence is no error: but in the hardened library, the loop then
         // waits for ever.
         if (transcodingError(result) || (hardened && result == -1 && errno == EINVAL))
             length = inputLeft = 0;
     }
-    if (strnlen(text, count) < count)  // like a C string, the text ends at its first zero
-        length = wcsnlen(converted.c_str(), length);
     converted.erase(length);
 }
 

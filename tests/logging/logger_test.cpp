@@ -1,96 +1,110 @@
+#include <CommonAPI/system_information.h>
+
 #include "support/child_process.h"
 
-using testing::MatchesRegex;
-
-/// Logs to the standard output. The settings are modules, each with its level behind it.
-static bool Open(std::string const& settings, bool redirectStderr = false) {
-    AttributeMap map;
-    std::istringstream words(settings);
-    for (std::string module, level; words >> module >> level;)
-        map[module] = level.c_str();
-    return InitializeLogger("/dev/stdout", &map, "sample", redirectStderr);
-}
-
-TEST(Logger, WritesWhatPassesTheThresholdOfItsModule) {
-    std::map<int, std::string> prefixes = {{1, "FATAL/"}, {2, "ERROR/"}, {3, "WARNING/"}};
-    auto const text = [](int level) { return std::string(std::size_t(500 * (level + 3)), 'x'); };
-    // The highest level that is written of those from -3 to 7.
-    using Row = std::pair<std::string, int>;
-    for (auto const& [settings, highest] :
-         {Row{"", 1}, Row{"Global 3", 3}, Row{"Global 1 Net 4", 4}, Row{"Global 1 Other 4", 1},
-          Row{"Global 4 Net 5", -4}, Row{"Global 5", -4}, Row{"Global 5 Net 2", 2},
-          Row{"Global 4 Net 6", 6}, Row{"Global 4 Net none", 0}, Row{"Global -2 Other 2", -2},
-          Row{"Other 4", 1}}) {
-        ChildResult const child = RunInChild([&settings = settings, &text] {
-            Open(settings);
-            for (int level = -3; level <= 7; ++level) {
-                std::string message = text(level);
-                LogStringMessage(level, "Net", message);
-                std::printf("%s", message.c_str());  // nothing, for it was cleared
-            }
-        });
-        std::string expected;
-        for (int level = -3; level <= highest; ++level)
-            expected += prefixes[level] + "Net:  " + text(level) + "\n";
-        EXPECT_EQ(LinesAfterHeader(child.output), expected + closingLine) << settings;
+static void Perform(std::string const& step, std::string const& path) {
+    std::istringstream words(step);
+    std::string verb;
+    words >> verb;
+    if (verb == "log") {
+        int level;
+        std::string module;
+        words >> level >> module;
+        LogMessage(level, module.c_str(), "text");
+    } else if (verb == "print") {
+        dprintf(STDERR_FILENO, "printed\n");
+    } else if (verb == "terminate") {
+        TerminateLogger();
+    } else {  // open, redirect or fail
+        Levels levels;
+        for (std::string module; words >> module;)
+            words >> levels[module];
+        bool const fails = verb == "fail";
+        EXPECT_EQ(OpenLog(fails ? "/no/such" : path, levels, verb == "redirect"), !fails) << step;
     }
 }
 
-TEST(Logger, WarnsOfMissingSettingsByTheThresholdsUntilThen) {
-    auto const errors = [](std::string const& settings) {
-        return RunInChild([&] { Open(settings); }).errors;
-    };
-    std::string const warning = "[0-9:]+ - WARNING/LoggingAPI:  ";
-    std::string const action = " missing, using default global setting\n\n";
-    EXPECT_EQ(errors("") + errors("Net 4") + errors("LoggingAPI 5"), "");
-    EXPECT_THAT(errors("LoggingAPI 3"), MatchesRegex(warning + "Global logging setting" + action));
-    ChildResult const again = RunInChild([] {
-        Open("Global 3 Net 4");
-        TerminateLogger();
-        InitializeLogger("/dev/stdout", nullptr, nullptr, false);
-        LogMessage(4, "Net", "settings stay"), LogMessage(2, "Other", "filtered");
-    });
-    EXPECT_THAT(again.errors, MatchesRegex(warning + "Logging settings" + action));
-    EXPECT_THAT(
-        again.output,
-        MatchesRegex("Time Stamp:\t(.|\n)*--\n[0-9:]+ - Net:  settings stay\n" + closingLine));
+/// What a process writes that performs these steps.
+static std::string Transcript(std::vector<std::string> const& steps) {
+    TemporaryFile const log;
+    std::string const errors = RunInChild([&] {
+                                   for (std::string const& step : steps)
+                                       Perform(step, log.path());
+                               }).errors;
+    std::string const lines = LinesAfterHeader(ContentOf(log.path()));
+    return errors.empty() ? lines : lines + "on standard error:\n" + LinesAfterHeader(errors);
 }
 
-TEST(Logger, GoesToStandardErrorWhileNotInitialised) {
-    ChildResult const child = RunInChild([] {
-        auto const fails = [] { return !InitializeLogger("/no/such", nullptr, nullptr, false); };
-        LogMessage(1, "Net", "dropped");
-        bool success = fails() && Open("Global 3 LoggingAPI 4", true);
-        dprintf(STDERR_FILENO, "redirected\n");
-        success &= !fails();  // it is open already
-        TerminateLogger(), TerminateLogger();
-        LogMessage(3, "Net", "passes"), LogMessage(4, "Net", "dropped");
-        success &= fails();
-        std::printf("%d %s", success, LogMessageBuffer.c_str());
+TEST(Logger, WritesWhatTheSessionsShow) {
+    std::ifstream file(TESTS "/logging/data/sessions.txt");
+    for (std::string name, line; std::getline(file, name, '\n');) {
+        std::vector<std::string> steps;
+        std::string expected;
+        while (file.peek() != '=' && std::getline(file, line)) {
+            if (line[0] == '>')
+                steps.push_back(line.substr(1));
+            else
+                expected += line + "\n";
+        }
+        EXPECT_EQ(Transcript(steps), expected) << name;
+    }
+}
+
+TEST(Logger, WritesALineOfAnyLengthWhole) {
+    std::string const around = "12:34:56 - Net:  \n";
+    for (std::size_t const length : {1023, 1024, 1025, 5000}) {
+        std::string const text(length - around.size(), 'x');
+        ChildResult const child = RunLogged([&] { LogMessage(4, "Net", text.c_str()); });
+        EXPECT_EQ(child.log, "Net:  " + text + "\n" + closingLine) << length;
+    }
+}
+
+TEST(Logger, LogsATextUpToItsFirstZeroAndEmptiesIt) {
+    ChildResult const child = RunLogged([] {
+        std::string text("cut\0off", 7);
+        LogStringMessage(4, "Net", text);
+        EXPECT_EQ(text, "");
+        text = "filtered";
+        LogStringMessage(5, "Net", text);
+        EXPECT_EQ(text, "") << "though nothing was written";
     });
-    EXPECT_EQ(child.errors + LinesAfterHeader(child.output),
-              "redirected\nLoggingAPI:  Logger already initialized\nTerminating logging facility\n"
-              "WARNING/Net:  passes\n\nERROR/LoggingAPI:  Logger couldn't open log file\n\n"
-              "1 Terminating logging facility\n");
+    EXPECT_EQ(child.log, "Net:  cut\n" + closingLine);
+}
+
+TEST(Logger, ClosesItsFile) {
+    ExpectInChild([] {
+        int const descriptor = dup(STDOUT_FILENO);
+        close(descriptor);
+        OpenLog("/dev/null", {});
+        TerminateLogger();
+        EXPECT_EQ(dup(STDOUT_FILENO), descriptor);
+    });
 }
 
 TEST(Logger, HeaderNamesApplicationProcessSystemAndSettings) {
-    ChildResult const child = RunInChild([] {
-        Open("Global 1 Encryption 4");
-        LogMessage(1, "Net", "");
-        std::printf("%s%d", LogMessageBuffer.c_str(), getpid());  // the header stays in the buffer
+    ExpectInChild([] {
+        TemporaryFile const log;
+        OpenLog(log.path(), {{"Global", "1"}, {"Encryption", "4"}});
+        std::string const header = ContentOf(log.path());
+        EXPECT_THAT(header, testing::MatchesRegex(ContentOf(TESTS "/logging/data/header.txt")));
+        std::string const id = std::to_string(getpid());
+        EXPECT_THAT(header, testing::HasSubstr("\nProcess ID:\t" + id + "\n"));
+        EXPECT_EQ(LogMessageBuffer, header);
     });
-    std::string const header = Take(std::fopen(TESTS "/logging/data/header.txt", "r"));
-    std::string const line = "..:..:.. - FATAL/Net:  \nTerminating logging facility\n";
-    std::string const id = child.output.substr(child.output.rfind('\n') + 1);
-    EXPECT_THAT(child.output, MatchesRegex(header + line + header + "[0-9]+"));
-    EXPECT_THAT(child.output, testing::HasSubstr("Process ID:\t" + id + "\n"));
+}
+
+TEST(Logger, HeaderLeavesOutWhatIsNotGiven) {
+    ExpectInChild([] {
+        InitializeLogger("/dev/null", nullptr, nullptr, false);
+        EXPECT_THAT(LogMessageBuffer, testing::StartsWith("Time Stamp:\t"));
+        EXPECT_THAT(LogMessageBuffer, testing::Not(testing::HasSubstr("Log level")));
+    });
 }
 
 struct LogsFromItsDestructor {
     int level;
     ~LogsFromItsDestructor() {
-        LogMessageBuffer = "level " + std::to_string(level) + " from a destructor";
+        LogMessageBuffer = "level " + std::to_string(level);
         LogStringMessage(level, "Static", LogMessageBuffer);
     }
 };
@@ -100,13 +114,12 @@ struct LogsFromItsDestructor {
 [[gnu::init_priority(200)]] LogsFromItsDestructor outlivesTheTests{9};
 
 TEST(Logger, ServesDestructorsBeforeAndAfterItsTermination) {
-    ChildResult const child = RunInChild([] {
+    TemporaryFile const log;
+    ChildResult const child = RunInChild([&] {
         static LogsFromItsDestructor outlivesTheLog{8};
-        Open("Static 9");
+        OpenLog(log.path(), {{"Static", "9"}});
         static LogsFromItsDestructor goesBeforeTheLog{7};
     });
-    EXPECT_EQ(LinesAfterHeader(child.output),
-              "Static:  level 7 from a destructor\nTerminating logging facility\n");
-    EXPECT_THAT(child.errors, MatchesRegex("[0-9:]+ - Static:  level 8 from a destructor\n\n"
-                                           "[0-9:]+ - Static:  level 9 from a destructor\n\n"));
+    EXPECT_EQ(LinesAfterHeader(ContentOf(log.path())), "Static:  level 7\n" + closingLine);
+    EXPECT_EQ(LinesAfterHeader(child.errors), "Static:  level 8\n\nStatic:  level 9\n\n");
 }

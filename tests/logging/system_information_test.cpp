@@ -1,71 +1,155 @@
+#include <CommonAPI/signal_trap.h>
 #include <CommonAPI/system_information.h>
-#include <gtest/gtest.h>
+#include <locale.h>
 #include <pwd.h>
-#include <unistd.h>
+#include <sys/utsname.h>
 
-#include "logging/signal_clock.h"
+#include <ctime>
 
-// Login data that stand in front of the C library's.
+#include "support/child_process.h"
+
+// Login data and a clock that stand in front of the C library's.
 static char* login = nullptr;
 static passwd* entry = nullptr;
+static std::time_t now = 1709251199;  // the last second of 29 February 2024, in UTC
+
 extern "C" char* getlogin() {
     return login;
 }
 extern "C" passwd* getpwnam(char const*) {
     return entry;
 }
+extern "C" std::time_t time(std::time_t* result) noexcept {
+    return result ? *result = now : now;
+}
 
 TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
-    char jd[] = "jd", jane[] = "Jane Doe,,,", empty[] = "";
-    passwd named = {}, emptyName = {}, unnamed = {};
-    named.pw_gecos = jane, emptyName.pw_gecos = empty;
+    char jd[] = "jd";
+    char jane[] = "Jane Doe,,,";
+    char empty[] = "";
+    passwd named = {};
+    passwd emptyName = {};
+    passwd unnamed = {};
+    named.pw_gecos = jane;
+    emptyName.pw_gecos = empty;
     std::string const id = std::to_string(getuid());
-    // Use the real name, allow an id, USER; what is found, if anything.
-    using Row = std::tuple<char*, passwd*, bool, bool, char const*, char const*>;
-    for (auto const& [loginName, data, useRealName, allowId, variable, expected] :
-         {Row{jd, &named, false, false, "user", "jd"}, Row{jd, &named, true, false, "user", jane},
-          Row{jd, &emptyName, true, false, "user", ""}, Row{jd, &unnamed, true, false, "user", jd},
-          Row{jd, nullptr, true, false, "user", jd}, Row{nullptr, &named, true, true, "", ""},
-          Row{nullptr, &named, true, true, "user", "user"},
-          Row{nullptr, &named, true, true, nullptr, id.c_str()},
-          Row{nullptr, &named, true, false, nullptr, nullptr}}) {
-        login = loginName, entry = data;
+    std::string const none = "unchanged";
+    // Login name, password entry, variable; use the real name, allow an id; what is found.
+    using Row = std::tuple<char*, passwd*, char const*, bool, bool, std::string>;
+    for (auto const& [loginName, data, variable, useRealName, allowId, expected] : {
+             Row{jd, &named, "variable", false, false, "jd"},
+             Row{jd, &named, "variable", true, false, jane},
+             Row{jd, &emptyName, "variable", true, false, ""},
+             Row{jd, &unnamed, "variable", true, false, "jd"},
+             Row{jd, nullptr, "variable", true, false, "jd"},
+             Row{nullptr, &named, "variable", true, true, "variable"},
+             Row{nullptr, &named, "", true, true, ""},
+             Row{nullptr, &named, nullptr, true, true, id},
+             Row{nullptr, &named, nullptr, true, false, none},
+         }) {
+        login = loginName;
+        entry = data;
         variable ? setenv("USER", variable, 1) : unsetenv("USER");
-        std::string name = "unchanged";
-        EXPECT_EQ(GetCurrentUserName(name, useRealName, allowId), expected != nullptr);
-        EXPECT_EQ(name, expected ? expected : "unchanged");
+        std::string user = none;
+        EXPECT_EQ(GetCurrentUserName(user, useRealName, allowId), expected != none) << expected;
+        EXPECT_EQ(user, expected);
     }
 }
 
-TEST(SystemInformation, FormatsTheTimeAnewWhenASettingChanges) {
-    CommonAPI::internal::PrepareSignalClock();
-    char const* const formats[] = {"%Y-%m-%d %H:%M:%S %z", "%H %z", "", "%511X", "%512X"};
-    char const* const zones[] = {"UTC", "<+07>-7", nullptr,
-                                 "<a-name-too-long-to-be-kept-x-x-x-x-x-x-x-x-x-x-x-x-x-x>3"};
-    for (int round = 0; round < 40; ++round) {
-        char const* const zone = zones[round / 2 % 4];
-        zone ? setenv("TZ", zone, 1) : unsetenv("TZ");
-        usleep(round == 1 ? 999999 : 0);  // after which nothing but the second differs
-        std::string text = "old", inSignal;
-        char expected[512];
-        std::time_t now;
-        do {  // until the second is the same before and after
-            now = std::time(nullptr);
-            GetCurrentTime(text, formats[round / 3 % 5]);
-            inSignal = CommonAPI::internal::TimeOfDayInSignal();
-        } while (now != std::time(nullptr));
-        expected[std::strftime(expected, 512, formats[round / 3 % 5], std::localtime(&now))] = '\0';
-        EXPECT_EQ(text, expected) << round;
-        std::strftime(expected, 512, "%X", std::localtime(&now));
-        EXPECT_EQ(inSignal, expected) << round;
-    }
-}
-
-TEST(SystemInformation, NamesTheHostAndSetsVariables) {
-    char expected[256] = {}, name[] = "COMMONAPI_TEST";
-    std::string host = "old";
+TEST(SystemInformation, NamesTheHost) {
+    utsname system;
+    uname(&system);
+    std::string host;
     GetLocalHostname(host);
-    EXPECT_TRUE(gethostname(expected, sizeof expected) == 0 && host == expected);
-    EXPECT_TRUE(SetEnvironmentVariable(name, expected) && std::getenv(name) == host);
-    EXPECT_FALSE(SetEnvironmentVariable(nullptr, expected));
+    EXPECT_EQ(host, system.nodename);
+}
+
+TEST(SystemInformation, SetsAndReplacesVariables) {
+    char name[] = "COMMONAPI_TEST";
+    for (std::string value : {"new", "replaced", ""}) {
+        EXPECT_TRUE(SetEnvironmentVariable(name, value.data()));
+        EXPECT_EQ(std::getenv(name), value);
+    }
+    EXPECT_FALSE(SetEnvironmentVariable(nullptr, name));
+}
+
+static std::string CurrentTime(std::string const& format) {
+    std::string text = "old";
+    GetCurrentTime(text, format.c_str());
+    return text;
+}
+
+TEST(CurrentTime, ShowsEveryChangeWithinOneSecond) {
+    ExpectInChild([] {
+        setenv("LOCPATH", LOCALES, 1);
+        locale_t const withDots = newlocale(LC_TIME_MASK, "with_dots", locale_t());
+        ASSERT_TRUE(withDots) << "none in " LOCALES;
+        setenv("TZ", "UTC0", 1);
+        EXPECT_EQ(CurrentTime("%d %X"), "29 23:59:59");
+        EXPECT_EQ(CurrentTime("%X"), "23:59:59") << "in another format";
+        setenv("TZ", "<+07>-7", 1);
+        EXPECT_EQ(CurrentTime("%X"), "06:59:59") << "in another zone";
+        ++now;
+        EXPECT_EQ(CurrentTime("%X"), "07:00:00") << "in another second";
+        setlocale(LC_TIME, "with_dots");
+        EXPECT_EQ(CurrentTime("%X"), "07.00") << "in another locale";
+        setlocale(LC_TIME, "C");
+        EXPECT_EQ(CurrentTime("%X"), "07:00:00") << "in the first locale";
+        uselocale(withDots);
+        EXPECT_EQ(CurrentTime("%X"), "07.00") << "in the thread's own locale";
+        uselocale(LC_GLOBAL_LOCALE);
+        EXPECT_EQ(CurrentTime("%X"), "07:00:00") << "in the locale of the process";
+        unsetenv("TZ");
+        char expected[] = "hh:mm:ss";
+        std::strftime(expected, sizeof expected, "%X", std::localtime(&now));
+        EXPECT_EQ(CurrentTime("%X"), expected) << "without a zone";
+        setenv("TZ", "UTC0", 1);
+        EXPECT_EQ(CurrentTime("%X"), "00:00:00") << "in a zone after none";
+    });
+}
+
+TEST(CurrentTime, TellsLongFormatsAndZonesApart) {
+    ExpectInChild([] {
+        for (std::size_t const length : {63, 64, 65}) {
+            std::string const format(length - 2, 'x');
+            setenv("TZ", "UTC0", 1);
+            EXPECT_EQ(CurrentTime(format + "%H"), format + "23") << length;
+            EXPECT_EQ(CurrentTime(format + "%M"), format + "59") << length;
+            std::string const zone = "<" + std::string(length - 3, 'x') + ">";
+            setenv("TZ", (zone + "3").c_str(), 1);
+            EXPECT_EQ(CurrentTime("%H"), "20") << length;
+            setenv("TZ", (zone + "4").c_str(), 1);
+            EXPECT_EQ(CurrentTime("%H"), "19") << length;
+        }
+    });
+}
+
+TEST(CurrentTime, IsEmptyWithoutTextOrWithMoreThan511Characters) {
+    EXPECT_EQ(CurrentTime(""), "");
+    EXPECT_EQ(CurrentTime("%511n").size(), 511);
+    EXPECT_EQ(CurrentTime("%512n"), "");
+}
+
+TEST(CurrentTime, GoesOnWhileASignalIsHandled) {
+    // Zone, seconds since the last line, time of the report.
+    using Row = std::tuple<char const*, int, std::string>;
+    for (auto const& [zone, seconds, expected] : {
+             Row{"UTC0", 0, "23:59:59"},
+             Row{"UTC0", 1, "00:00:00"},
+             Row{"UTC0", 90000, "00:59:59"},
+             Row{"UTC0", -3600, "22:59:59"},
+             Row{"<+07>-7", 17 * 3600 + 1, "00:00:00"},
+             Row{"<-11>11", 11 * 3600 + 1, "00:00:00"},
+         }) {
+        TemporaryFile const log;
+        ExpectInChild([&log, zone = zone, seconds = seconds] {
+            setenv("TZ", zone, 1);
+            OpenLog(log.path(), {});
+            TrapExceptionSignal(SIGTERM, nullptr);
+            now += seconds;
+            raise(SIGTERM);
+        });
+        std::string const content = ContentOf(log.path());
+        EXPECT_EQ(content.substr(content.rfind(" - FATAL/") - 8, 8), expected) << zone << seconds;
+    }
 }

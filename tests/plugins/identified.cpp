@@ -1,5 +1,7 @@
 extern "C" {
-char const *_KeldaSODisplayName = "Sample Filter", *_KeldaSOVersion = "2.1";
+char const* _KeldaSODisplayName = "Sample Filter";
+char const* _KeldaSOVersion = "2.1";
+
 int CommonAPITestEntryPoint() {
     return 42;
 }

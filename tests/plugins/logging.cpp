@@ -3,5 +3,5 @@
 
 struct Logs {
     Logs() { LogMessage(4, "Plugin", "constructed"); }
-    ~Logs() { LogStringMessage(4, "Plugin", LogMessageBuffer = "destroyed"); }
+    ~Logs() { LogMessage(4, "Plugin", "destroyed"); }
 } const logs;

@@ -1,69 +1,111 @@
-#pragma once
+// Runs code in processes of its own, and shows what they wrote.
+#ifndef COMMONAPI_TESTS_SUPPORT_CHILD_PROCESS_H
+#define COMMONAPI_TESTS_SUPPORT_CHILD_PROCESS_H
 
 #include <CommonAPI/logging.h>
-#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstring>
 #include <fstream>
 #include <functional>
+#include <iostream>
+#include <map>
 #include <sstream>
 
 inline std::string const closingLine = "Terminating logging facility\n";
 
 struct ChildResult {
     int status;  ///< exit status, or the negative number of the signal that ended the process
-    std::string output, errors;
-    std::string log = "";  ///< the lines that follow the header, each without its time
+    std::string output;
+    std::string errors;
+    std::string log = "";  ///< what follows the header, without the times of the lines
 };
 
-/// All that is in a file, which ends if it is a temporary one.
-inline std::string Take(std::FILE* file) {
-    std::ifstream stream("/dev/fd/" + std::to_string(fileno(file)));
-    std::string const content(std::istreambuf_iterator<char>(stream), {});
-    std::fclose(file);
-    return content;
+inline std::string ContentOf(std::string const& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Runs `body` and a normal exit in a process of its own.
-inline ChildResult RunInChild(std::function<void()> const& body) {
-    std::FILE *const output = std::tmpfile(), *const errors = std::tmpfile();
+class TemporaryFile {
+public:
+    int descriptor() const { return fileno(file.get()); }
+    std::string path() const { return "/dev/fd/" + std::to_string(descriptor()); }
+
+private:
+    std::shared_ptr<std::FILE> file{std::tmpfile(), [](std::FILE* open) { std::fclose(open); }};
+};
+
+/// Runs `body` and a normal exit in a process of its own. What it expects in vain fails the test.
+[[nodiscard]] inline ChildResult RunInChild(std::function<void()> const& body) {
+    constexpr int seconds = 60;
+    constexpr int expectedInVain = 99;
+    bool const failedBefore = testing::Test::HasFailure();
+    TemporaryFile const output;
+    TemporaryFile const errors;
+    int alive[2];  // a pipe that is open as long as the child runs
+    EXPECT_EQ(pipe(alive), 0);
+    std::cout.flush();
     std::fflush(nullptr);
     pid_t const child = fork();
     if (child == 0) {
-        dup2(fileno(output), STDOUT_FILENO), dup2(fileno(errors), STDERR_FILENO);
-        fcntl(STDOUT_FILENO, F_SETFL, O_APPEND);  // after a log that is opened by name
+        dup2(output.descriptor(), STDOUT_FILENO);
+        dup2(errors.descriptor(), STDERR_FILENO);
         body();
-        std::exit(EXIT_SUCCESS);
+        std::exit(testing::Test::HasFailure() && !failedBefore ? expectedInVain : EXIT_SUCCESS);
     }
+    close(alive[1]);
+    pollfd end = {alive[0], POLLIN, 0};
+    if (poll(&end, 1, seconds * 1000) == 0) {
+        ADD_FAILURE() << "the child process hangs: ended after " << seconds << " seconds";
+        kill(child, SIGKILL);
+    }
+    close(alive[0]);
     int status = 0;
-    waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Take(output),
-            Take(errors)};
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    EXPECT_NE(status, expectedInVain) << ContentOf(output.path());
+    return {status, ContentOf(output.path()), ContentOf(errors.path())};
 }
 
+/// For a `body` that tells all by its own expectations.
+inline void ExpectInChild(std::function<void()> const& body) {
+    EXPECT_EQ(RunInChild(body).status, EXIT_SUCCESS);
+}
+
+/// What follows the header of a log, or all of a text without one, without the times of the lines.
 inline std::string LinesAfterHeader(std::string const& log) {
-    std::istringstream lines(log.substr(log.rfind("--\n") + 3));
+    std::string const end = std::string(32, '-') + "\n";
+    std::size_t const header = log.rfind(end);
+    std::istringstream lines(header == std::string::npos ? log : log.substr(header + end.size()));
     std::string result;
-    for (std::string line; std::getline(lines, line);)
-        result += line.substr(line.find(" - ") == 8 ? 11 : 0) + "\n";
+    for (std::string line; std::getline(lines, line);) {
+        result += line.substr(line.find(" - ") == 8 ? 11 : 0);
+        result += lines.eof() ? "" : "\n";
+    }
     return result;
 }
 
-inline int loggedFile;  ///< a descriptor of the log, apart from the logger's
+using Levels = std::map<std::string, std::string>;  ///< by module
+
+inline bool OpenLog(std::string const& path, Levels const& levels, bool redirectStderr = false) {
+    AttributeMap settings;
+    for (auto const& [module, level] : levels)
+        settings[module] = level.c_str();
+    return InitializeLogger(path, &settings, "sample", redirectStderr);
+}
 
 /// Runs `body` in a process of its own, which logs everything.
-inline ChildResult RunLogged(std::function<void()> const& body) {
-    std::FILE* const log = std::tmpfile();
-    loggedFile = fileno(log);
+[[nodiscard]] inline ChildResult RunLogged(std::function<void()> const& body) {
+    TemporaryFile const log;
     ChildResult child = RunInChild([&] {
-        AttributeMap settings;
-        settings["Global"] = "4";
-        InitializeLogger("/dev/fd/" + std::to_string(loggedFile), &settings, "sample", false);
+        OpenLog(log.path(), {{"Global", "4"}});
         body();
     });
-    child.log = LinesAfterHeader(Take(log));
+    child.log = LinesAfterHeader(ContentOf(log.path()));
     return child;
 }
+
+#endif

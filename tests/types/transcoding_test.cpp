@@ -7,12 +7,12 @@
 
 // Each body runs in a process that has not converted anything yet.
 
-#define TEXT_OF(name) #name
-#define NAME_OF(function) TEXT_OF(function)  // the conversion library may rename its functions
-
 static int opened = 0;
 static int closed = 0;
 static std::string refused;  // what no converter can be opened to
+
+#define TEXT_OF(name) #name
+#define NAME_OF(function) TEXT_OF(function)  // which GNU libiconv gives names of its own
 
 // These stand in front of the conversion library's, to count and to fail.
 extern "C" iconv_t iconv_open(char const* to, char const* from) {
@@ -32,13 +32,14 @@ TEST(Transcoding, OpensEachConverterOnceAndClosesAllAtExit) {
         std::atexit([] { std::printf("closed %d", closed); });
         UnicodeString(L"text").c_str();
         std::printf("base %d,", opened);
-        // UTF-8 finds the base converter of the opposite direction.
-        for (char const* const encoding : {"UTF-8", "ISO-8859-1", "ISO-8859-1", "none", "none"}) {
+        // UTF-8 finds the base converter of the opposite direction. ASCII is built in: most
+        // others are modules, which the C libraries of cross compilers lack.
+        for (char const* const encoding : {"UTF-8", "ASCII", "ASCII", "none", "none"}) {
             UnicodeString(encoding, "x");
             std::printf(" %s %d,", encoding, opened);
         }
     });
-    EXPECT_EQ(child.output, "base 2, UTF-8 2, ISO-8859-1 3, ISO-8859-1 3, none 4, none 5,closed 3");
+    EXPECT_EQ(child.output, "base 2, UTF-8 2, ASCII 3, ASCII 3, none 4, none 5,closed 3");
 }
 
 static void PrintDerivedForms() {
