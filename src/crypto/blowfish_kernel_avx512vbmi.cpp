@@ -84,13 +84,18 @@ template <int count>
 }
 
 void SplitBox(std::uint32_t const (&box)[256], Vector (&planes)[wordBytes][4]) {
-    Vector vectors[16];
-    for (int i = 0; i < 16; ++i)
-        vectors[i] = _mm512_loadu_si512(box + 16 * i);
-    Unzip(vectors);
-    Unzip(vectors);
-    for (int i = 0; i < 16; ++i)
-        planes[i / 4][i % 4] = vectors[i];
+    Vector halves[16];  // wiped, where what would not fit in the registers could not be
+    for (int i = 0; i < 8; ++i) {
+        Vector const first = _mm512_loadu_si512(box + 32 * i);
+        Vector const second = _mm512_loadu_si512(box + 32 * i + 16);
+        halves[i] = Pick(evenBytes, first, second);
+        halves[i + 8] = Pick(oddBytes, first, second);
+    }
+    for (int i = 0; i < 8; ++i) {
+        planes[i / 4][i % 4] = Pick(evenBytes, halves[2 * i], halves[2 * i + 1]);
+        planes[i / 4 + 2][i % 4] = Pick(oddBytes, halves[2 * i], halves[2 * i + 1]);
+    }
+    explicit_bzero(halves, sizeof halves);
 }
 
 template <bool decrypt>

@@ -4,14 +4,17 @@
 TEST(TextUtilities, NumbersShareOneBuffer) {
     char const* const first = itoa(INT_MIN);
     EXPECT_STREQ(first, "-2147483648");
-    EXPECT_TRUE(itoa(LONG_MIN) == first && first == std::to_string(LONG_MIN));
+    EXPECT_EQ(itoa(LONG_MIN), first);
+    EXPECT_EQ(first, std::to_string(LONG_MIN));
 }
 
 TEST(TextUtilities, StrtofNeverFindsANumber) {
     for (std::string const& text : {std::string("1.5"), std::string(1000, ' ') + "2"}) {
         char* end = nullptr;
         errno = 0;
-        EXPECT_TRUE(strtof(text.c_str(), &end) == 0 && errno == EINVAL && end == nullptr);
+        EXPECT_EQ(strtof(text.c_str(), &end), 0);
+        EXPECT_EQ(errno, EINVAL);
+        EXPECT_EQ(end, nullptr);
     }
 }
 
