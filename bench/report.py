@@ -175,7 +175,7 @@ def draw_growth(file, date):
         size, time, grown = map(float, point)
         unit = 1e-9 if name.startswith(("log", "map")) else 1
         times.setdefault(name, []).append((size, time * unit))
-        if size >= 1 << 18:  # below, pages are too coarse a measure
+        if size >= 1 << 20:  # below, pages are too coarse a measure
             memory.setdefault(name, []).append((size, grown))
     counted = {name for name in times if name.startswith(("log", "map"))}
     buffers = times.keys() - counted
@@ -197,7 +197,7 @@ def draw_growth(file, date):
         if names is buffers:
             mark_bytes(axes)
         else:
-            axes.xaxis.set_major_formatter("{x:,.0f}")
+            axes.set_xticks([1, 1e3, 1e6], ["1", "1,000", "1 million"])
             axes.minorticks_off()
         put_names(axes, curves)
     save(figure, "growth.svg")
