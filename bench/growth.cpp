@@ -31,8 +31,8 @@ double TakePeakMemory() {
 }
 
 /// Runs `body`, which does `units` of work on something of that size: once for its memory, then on
-/// memory that is there already, until the time means something; the best of five such times counts,
-/// as other work on the machine disturbs.
+/// memory that is there already, until the time means something; the best of five such times
+/// counts, as other work on the machine disturbs.
 void Measure(char const* series, double size, double units, std::function<void()> const& body) {
     using Clock = std::chrono::steady_clock;
     malloc_trim(0);  // what was freed before would serve the body, and hide what it takes
@@ -50,8 +50,7 @@ void Measure(char const* series, double size, double units, std::function<void()
         }
         best = std::min(best, time.count() / runs);
     }
-    std::printf("%s\t%.0f\t%.4g\t%.3g\n", series, size, best / units,
-                grown > 0 ? grown / size : 0);
+    std::printf("%s\t%.0f\t%.4g\t%.3g\n", series, size, best / units, grown > 0 ? grown / size : 0);
     std::fflush(stdout);
 }
 

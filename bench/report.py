@@ -1,5 +1,6 @@
 #!/usr/bin/python3
 """Prints each goal and what was measured, and draws the plots: report.py FOLDER"""
+import itertools
 import json
 import pathlib
 import sys
@@ -48,8 +49,9 @@ GREY = "#5f6b78"
 # The background stays opaque, so that a plot can be read wherever it is shown.
 IN_THE_DARK = "@media (prefers-color-scheme: dark) { svg { filter: invert(.89) hue-rotate(180deg) } }"
 # Texts stay texts, and the same numbers give the same file.
-matplotlib.rcParams.update({"svg.fonttype": "none", "svg.hashsalt": "", "font.size": 12, "axes.titlesize": 14,
-                            "figure.constrained_layout.w_pad": 0.2, "figure.constrained_layout.h_pad": 0.2})
+matplotlib.rcParams.update({"svg.fonttype": "none", "svg.hashsalt": "", "font.size": 12,
+                            "axes.titlesize": 14, "figure.constrained_layout.w_pad": 0.2,
+                            "figure.constrained_layout.h_pad": 0.2})
 
 
 def load(files):
@@ -154,15 +156,16 @@ def draw(times, date):
     for file, service, title in PLOTS:
         if service not in times:
             continue
-        ours = dict(zip(sorted(OURS & times[service].keys()), COLOURS))
+        ours = dict(zip(sorted(OURS & times[service].keys()), itertools.cycle(COLOURS)))
         curves = {}
         for name, results in times[service].items():
             label = NAMES.get(name, name) if name not in ours else \
                 "ours" if name == "ours" else f"ours, {name}"
-            curves[label] = (sorted((int(size), 1000 * int(size) / time) for size, time in results.items()),
-                             ours.get(name, GREY))
+            points = sorted((int(size), 1000 * int(size) / time) for size, time in results.items())
+            curves[label] = points, ours.get(name, GREY)
         figure, axes = pyplot.subplots(figsize=(6.5, 4.2), layout="constrained")
-        draw_curves(axes, title, f"MB/s by size of the buffer, more is better. {processor()}, {date}", curves)
+        draw_curves(axes, title, f"MB/s by size of the buffer, more is better. {processor()}, {date}",
+                    curves)
         axes.set_ylim(bottom=0)
         mark_bytes(axes)
         put_names(axes, curves)
@@ -181,12 +184,14 @@ def draw_growth(file, date):
     buffers = times.keys() - counted
     figure, (content, count, beside) = pyplot.subplots(3, figsize=(6.5, 11.5), layout="constrained")
     for axes, title, subtitle, names, points in (
-            (content, "Time for a byte", f"by size of the buffer. {processor()}, {date}", buffers, times),
+            (content, "Time for a byte", f"by size of the buffer. {processor()}, {date}", buffers,
+             times),
             (count, "Time for a log line or a look-up in a map",
              "by number of lines or entries", counted, times),
             (beside, "Memory for a byte: its result, nothing else",
              "bytes beside the input, by size of the buffer", buffers, memory)):
-        curves = {name: (points[name], colour) for name, colour in zip(sorted(names), COLOURS)}
+        curves = {name: (points[name], colour)
+                  for name, colour in zip(sorted(names & points.keys()), itertools.cycle(COLOURS))}
         draw_curves(axes, title, subtitle, curves)
         if points is times:
             axes.set_yscale("log")

@@ -1,5 +1,5 @@
-"""Prints a page as doxygen wants it: with a label at each section, links to these labels, and without the
-folders of pictures and headers, which it finds by name: page_filter.py PAGE"""
+"""Prints a page as doxygen wants it: with a label at each section, links to these labels, and without
+the folders of pictures and headers, which it finds by name: page_filter.py PAGE"""
 import pathlib
 import re
 import sys
