@@ -1,9 +1,12 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Prints each goal and what was measured, and draws the plots: report.py FOLDER"""
+import itertools
 import json
 import pathlib
-import subprocess
 import sys
+
+import matplotlib
+from matplotlib import pyplot, ticker
 
 DOCS = pathlib.Path(__file__).resolve().parent.parent / "docs"
 
@@ -38,6 +41,17 @@ OURS = {"ours", "avx512vbmi", "portable"}
 # File, service, title.
 PLOTS = [("blowfish.svg", "encrypt", "Blowfish, encryption in place"),
          ("hexadecimal.svg", "loadASCIIHex", "Hexadecimal text to bytes")]
+NAMES = {"botan": "Botan", "crypto++": "Crypto++", "libgcrypt": "Libgcrypt", "nettle": "Nettle",
+         "openssl": "OpenSSL"}
+UNITS = {1 << 30: "GiB", 1 << 20: "MiB", 1 << 10: "KiB", 1: "B"}
+COLOURS = ["#0b62c4", "#0d8a72", "#7a3fc0", "#b3541e", "#a8327e"]  # ours; the peers are grey
+GREY = "#5f6b78"
+# The background stays opaque, so that a plot can be read wherever it is shown.
+IN_THE_DARK = "@media (prefers-color-scheme: dark) { svg { filter: invert(.89) hue-rotate(180deg) } }"
+# Texts stay texts, and the same numbers give the same file.
+matplotlib.rcParams.update({"svg.fonttype": "none", "svg.hashsalt": "", "font.size": 12,
+                            "axes.titlesize": 14, "figure.constrained_layout.w_pad": 0.2,
+                            "figure.constrained_layout.h_pad": 0.2})
 
 
 def load(files):
@@ -84,43 +98,114 @@ def print_goals(times):
                              verdict))
 
 
+def bytes_text(size, _=None):
+    unit = next(unit for unit in (1 << 30, 1 << 20, 1 << 10, 1) if size >= unit)
+    return f"{size / unit:g} {UNITS[unit]}"
+
+
+def put_names(axes, curves):
+    """Writes each curve's name beside its end, as far from the other names as it takes."""
+    axes.figure.draw_without_rendering()
+    height = axes.bbox.height * 72 / axes.figure.dpi  # in points, as sizes of letters are
+    to_axes = axes.transData + axes.transAxes.inverted()
+    ends = sorted((to_axes.transform(points[-1])[1] * height, points[-1], name, colour)
+                  for name, (points, colour) in curves.items())
+    places = [end[0] for end in ends]
+    gap = 1.3 * matplotlib.rcParams["font.size"]
+    for _ in range(1000):
+        places[0] = max(places[0], gap / 2)
+        for i in range(len(places) - 1):
+            lack = max(0, gap - places[i + 1] + places[i])
+            places[i] -= lack / 2
+            places[i + 1] += lack / 2
+    for place, (_, point, name, colour) in zip(places, ends):
+        axes.annotate(name, point, (1.04, place / height), textcoords="axes fraction", color=colour,
+                      va="center", weight="normal" if colour == GREY else "bold",
+                      arrowprops={"arrowstyle": "-", "color": colour, "linewidth": 0.8, "shrinkA": 2,
+                                  "shrinkB": 4, "relpos": (0, 0.5)})
+
+
+def draw_curves(axes, title, subtitle, curves):
+    for points, colour in curves.values():
+        axes.plot(*zip(*points), color=colour, linewidth=1.4 if colour == GREY else 3, marker="o",
+                  markersize=3 if colour == GREY else 5, clip_on=False)
+    axes.set_xscale("log")
+    axes.set_title(f"{title}\n", loc="left", weight="bold")
+    axes.text(0, 1.03, subtitle, transform=axes.transAxes, color=GREY, size="small")
+    axes.spines[["top", "right", "left"]].set_visible(False)
+    axes.tick_params(length=0)
+    axes.grid(axis="y", color="#e2e5e9")
+    axes.set_axisbelow(True)
+
+
+def mark_bytes(axes):
+    sizes = [size for size in (1 << power for power in (3, 6, 10, 15, 20, 25, 30))
+             if axes.dataLim.x0 <= size <= axes.dataLim.x1]
+    axes.set_xticks(sizes, map(bytes_text, sizes))
+    axes.minorticks_off()
+
+
+def save(figure, file):
+    figure.savefig(DOCS / file, metadata={"Date": None, "Creator": None})
+    drawing = (DOCS / file).read_text()
+    (DOCS / file).write_text(drawing.replace("<defs>", f"<style>{IN_THE_DARK}</style>\n <defs>", 1))
+    print(f"drawn: docs/{file}")
+
+
 def draw(times, date):
     for file, service, title in PLOTS:
         if service not in times:
             continue
-        curves, data = [], []
+        ours = dict(zip(sorted(OURS & times[service].keys()), itertools.cycle(COLOURS)))
+        curves = {}
         for name, results in times[service].items():
+            label = NAMES.get(name, name) if name not in ours else \
+                "ours" if name == "ours" else f"ours, {name}"
             points = sorted((int(size), 1000 * int(size) / time) for size, time in results.items())
-            width = 3 if name in OURS else 1
-            curves.append(f"'-' with linespoints linewidth {width} title '{name}'")
-            data += [f"{size} {speed}" for size, speed in points] + ["e"]
-        script = [f"set terminal svg size 800,500 background 'white'; set output '{DOCS / file}'",
-                  f'set title "{title}\\n{processor()}, {date}"',
-                  "set logscale x 2; set logscale y; set grid; set key outside",
-                  "set xlabel 'bytes'; set ylabel 'MB/s'", "plot " + ", ".join(curves), *data]
-        subprocess.run(["gnuplot"], input="\n".join(script), text=True, check=True)
-        print(f"drawn: docs/{file}")
+            curves[label] = points, ours.get(name, GREY)
+        figure, axes = pyplot.subplots(figsize=(6.5, 4.2), layout="constrained")
+        draw_curves(axes, title, f"MB/s by size of the buffer, more is better. {processor()}, {date}",
+                    curves)
+        axes.set_ylim(bottom=0)
+        mark_bytes(axes)
+        put_names(axes, curves)
+        save(figure, file)
 
 
 def draw_growth(file, date):
-    series = {}
-    for line in file.read_text().splitlines():
-        name, *point = line.split("\t")
-        series.setdefault(name, []).append(point)
-    buffers = [name for name in series if not name.startswith(("log", "map"))]
-    script = [f"set terminal svg size 900,900 background 'white'; set output '{DOCS / 'growth.svg'}'",
-              f'set multiplot layout 2,1 title "{processor()}, {date}"',
-              "set logscale xy; set format xy '10^{%T}'; set grid; set key outside"]
-    for column, names, labels in ((1, series, "set xlabel 'lines, entries or bytes'; set ylabel "
-                                              "'nanoseconds per line, look-up or byte'"),
-                                  (2, buffers, "set xlabel 'bytes'; set ylabel 'bytes of memory per "
-                                               "byte, beside the input'; unset logscale y; "
-                                               "set format y '%g'; set yrange [0:5]")):
-        script += [labels, "plot " + ", ".join(f"'-' with linespoints title '{name}'" for name in names)]
-        for name in names:
-            script += [f"{point[0]} {point[column]}" for point in series[name]] + ["e"]
-    subprocess.run(["gnuplot"], input="\n".join(script), text=True, check=True)
-    print("drawn: docs/growth.svg")
+    times, memory = {}, {}
+    for name, *point in (line.split("\t") for line in file.read_text().splitlines()):
+        size, time, grown = map(float, point)
+        unit = 1e-9 if name.startswith(("log", "map")) else 1
+        times.setdefault(name, []).append((size, time * unit))
+        if size >= 1 << 20:  # below, pages are too coarse a measure
+            memory.setdefault(name, []).append((size, grown))
+    counted = {name for name in times if name.startswith(("log", "map"))}
+    buffers = times.keys() - counted
+    figure, (content, count, beside) = pyplot.subplots(3, figsize=(6.5, 11.5), layout="constrained")
+    for axes, title, subtitle, names, points in (
+            (content, "Time for a byte", f"by size of the buffer. {processor()}, {date}", buffers,
+             times),
+            (count, "Time for a log line or a look-up in a map",
+             "by number of lines or entries", counted, times),
+            (beside, "Memory for a byte: its result, nothing else",
+             "bytes beside the input, by size of the buffer", buffers, memory)):
+        curves = {name: (points[name], colour)
+                  for name, colour in zip(sorted(names & points.keys()), itertools.cycle(COLOURS))}
+        draw_curves(axes, title, subtitle, curves)
+        if points is times:
+            axes.set_yscale("log")
+            axes.yaxis.set_major_formatter(ticker.EngFormatter("s") if names is counted else "{x:g} ns")
+        else:
+            axes.set_ylim(-0.2, 4.5)
+            axes.set_yticks(range(5))
+        if names is buffers:
+            mark_bytes(axes)
+        else:
+            axes.set_xticks([1, 1e3, 1e6], ["1", "1,000", "1 million"])
+            axes.minorticks_off()
+        put_names(axes, curves)
+    save(figure, "growth.svg")
 
 
 def main(folder):
