@@ -33,7 +33,7 @@ TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     named.pw_gecos = jane;
     emptyName.pw_gecos = empty;
     std::string const id = std::to_string(getuid());
-    std::string const none = "unchanged";
+    std::string const none = "none found";
     // Login name, password entry, variable; use the real name, allow an id; what is found.
     using Row = std::tuple<char*, passwd*, char const*, bool, bool, std::string>;
     for (auto const& [loginName, data, variable, useRealName, allowId, expected] : {
