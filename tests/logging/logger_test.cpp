@@ -52,7 +52,7 @@ TEST(Logger, WritesWhatTheSessionsShow) {
 
 TEST(Logger, WritesALineOfAnyLengthWhole) {
     std::string const around = "12:34:56 - Net:  \n";
-    for (std::size_t const length : {1023, 1024, 1025, 5000}) {
+    for (std::size_t const length : {1023u, 1024u, 1025u, 5000u}) {
         std::string const text(length - around.size(), 'x');
         ChildResult const child = RunLogged([&] { LogMessage(4, "Net", text.c_str()); });
         EXPECT_EQ(child.log, "Net:  " + text + "\n" + closingLine) << length;

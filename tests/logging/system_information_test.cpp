@@ -110,7 +110,7 @@ TEST(CurrentTime, ShowsEveryChangeWithinOneSecond) {
 
 TEST(CurrentTime, TellsLongFormatsAndZonesApart) {
     ExpectInChild([] {
-        for (std::size_t const length : {63, 64, 65}) {
+        for (std::size_t const length : {63u, 64u, 65u}) {
             std::string const format(length - 2, 'x');
             setenv("TZ", "UTC0", 1);
             EXPECT_EQ(CurrentTime(format + "%H"), format + "23") << length;
