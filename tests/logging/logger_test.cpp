@@ -1,4 +1,4 @@
-#include <CommonAPI/system_information.h>
+#include <sys/utsname.h>
 
 #include "support/child_process.h"
 
@@ -52,7 +52,7 @@ TEST(Logger, WritesWhatTheSessionsShow) {
 
 TEST(Logger, WritesALineOfAnyLengthWhole) {
     std::string const around = "12:34:56 - Net:  \n";
-    for (std::size_t const length : {1023, 1024, 1025, 5000}) {
+    for (std::size_t const length : {1023u, 1024u, 1025u, 5000u}) {
         std::string const text(length - around.size(), 'x');
         ChildResult const child = RunLogged([&] { LogMessage(4, "Net", text.c_str()); });
         EXPECT_EQ(child.log, "Net:  " + text + "\n" + closingLine) << length;
@@ -84,17 +84,24 @@ TEST(Logger, ClosesItsFile) {
 TEST(Logger, HeaderNamesApplicationProcessSystemAndSettings) {
     ExpectInChild([] {
         TemporaryFile const log;
+        dprintf(log.descriptor(), "what an earlier log left");
         OpenLog(log.path(), {{"Global", "1"}, {"Encryption", "4"}});
         std::string const header = ContentOf(log.path());
         EXPECT_THAT(header, testing::MatchesRegex(ContentOf(TESTS "/logging/data/header.txt")));
-        std::string const id = std::to_string(getpid());
-        EXPECT_THAT(header, testing::HasSubstr("\nProcess ID:\t" + id + "\n"));
+        utsname host;
+        uname(&host);
+        std::string const names = std::to_string(getpid()) + "\nSystem name:\t" + host.sysname +
+                                  "\nNode name:\t" + host.nodename + "\nRelease:\t" + host.release +
+                                  "\nVersion:\t" + host.version + "\nMachine:\t" + host.machine +
+                                  "\nLog level";
+        EXPECT_THAT(header, testing::HasSubstr("\nProcess ID:\t" + names));
         EXPECT_EQ(LogMessageBuffer, header);
     });
 }
 
 TEST(Logger, HeaderLeavesOutWhatIsNotGiven) {
     ExpectInChild([] {
+        LogMessageBuffer = "what was built before";
         InitializeLogger("/dev/null", nullptr, nullptr, false);
         EXPECT_THAT(LogMessageBuffer, testing::StartsWith("Time Stamp:\t"));
         EXPECT_THAT(LogMessageBuffer, testing::Not(testing::HasSubstr("Log level")));

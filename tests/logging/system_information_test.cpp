@@ -33,7 +33,7 @@ TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     named.pw_gecos = jane;
     emptyName.pw_gecos = empty;
     std::string const id = std::to_string(getuid());
-    std::string const none = "unchanged";
+    std::string const none = "none found";
     // Login name, password entry, variable; use the real name, allow an id; what is found.
     using Row = std::tuple<char*, passwd*, char const*, bool, bool, std::string>;
     for (auto const& [loginName, data, variable, useRealName, allowId, expected] : {
@@ -110,7 +110,7 @@ TEST(CurrentTime, ShowsEveryChangeWithinOneSecond) {
 
 TEST(CurrentTime, TellsLongFormatsAndZonesApart) {
     ExpectInChild([] {
-        for (std::size_t const length : {63, 64, 65}) {
+        for (std::size_t const length : {63u, 64u, 65u}) {
             std::string const format(length - 2, 'x');
             setenv("TZ", "UTC0", 1);
             EXPECT_EQ(CurrentTime(format + "%H"), format + "23") << length;
