@@ -226,8 +226,17 @@ long ByteArray::find(ByteArray const& pattern, long start) {
 }
 
 void ByteArray::getASCIIHex(std::string& out) {
+    auto const encode = [this](char* digits, std::size_t count) {
+        CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), digits);
+        return count;
+    };
+#ifdef __cpp_lib_string_resize_and_overwrite
+    out.clear();  // or it would be copied where it grows
+    out.resize_and_overwrite(2 * bytes.size(), encode);
+#else
     out.resize(2 * bytes.size());
-    CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), out.data());
+    encode(out.data(), out.size());
+#endif
 }
 
 // The buffer is emptied before the text is read, so given itself it reads nothing.
