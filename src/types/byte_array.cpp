@@ -226,16 +226,18 @@ long ByteArray::find(ByteArray const& pattern, long start) {
 }
 
 void ByteArray::getASCIIHex(std::string& out) {
-    auto const encode = [this](char* digits, std::size_t count) {
+    std::size_t const count = 2 * bytes.size();
+    // The size that it is called with can be larger: GNU's library 12 passes the capacity.
+    auto const encode = [this, count](char* digits, std::size_t) {
         CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), digits);
         return count;
     };
 #ifdef __cpp_lib_string_resize_and_overwrite
     out.clear();  // or it would be copied where it grows
-    out.resize_and_overwrite(2 * bytes.size(), encode);
+    out.resize_and_overwrite(count, encode);
 #else
-    out.resize(2 * bytes.size());
-    encode(out.data(), out.size());
+    out.resize(count);
+    encode(out.data(), count);
 #endif
 }
 
