@@ -30,9 +30,7 @@ void Start(benchmark::State& state, char const* program) {
         state.SetIterationTime(TimeOf(program));
 }
 
-BENCHMARK_CAPTURE(Start, ours, START_WITH_LIBRARY)
-    ->Name("process start/ours")
-    ->UseManualTime();
+BENCHMARK_CAPTURE(Start, ours, START_WITH_LIBRARY)->Name("process start/ours")->UseManualTime();
 BENCHMARK_CAPTURE(Start, without, START_WITHOUT)
     ->Name("process start/without the library")
     ->UseManualTime();
