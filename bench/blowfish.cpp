@@ -59,7 +59,10 @@ void Register(std::string const& service, std::string const& name,
             }
             state.SetBytesProcessed(state.iterations() * state.range(0));
         });
-    for (int size : {8, 32, 128, 256, 512, 1 << 10, 1 << 12, 1 << 14, 1 << 16, 1 << 18, 1 << 20})
+    // The small ones are every remainder of the kernels' groups.
+    for (int size :
+         {8,   16,  24,  32,  40,  48,      56,      64,      72,      128,     192,    256,
+          320, 384, 512, 672, 768, 1 << 10, 1 << 12, 1 << 14, 1 << 16, 1 << 18, 1 << 20})
         registered->Arg(size);
 }
 

@@ -1,7 +1,9 @@
-// Hexadecimal text beside other libraries'. Names are service/implementation/bytes.
+// Hexadecimal text beside other libraries'. Names are service/implementation/bytes. A result has room
+// already, or it grows: each time it is a new one.
 #include <CommonAPI/byte_array.h>
 #include <benchmark/benchmark.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -58,6 +60,27 @@ void OurDecode(benchmark::State& state) {
 }
 BENCHMARK(OurDecode)->Name("loadASCIIHex/ours")->Apply(Sizes);
 
+void OurGrowingEncode(benchmark::State& state) {
+    ByteArray bytes;
+    bytes = Bytes(state);
+    Run(state, [&] {
+        std::string digits;
+        bytes.getASCIIHex(digits);
+        benchmark::DoNotOptimize(digits);
+    });
+}
+BENCHMARK(OurGrowingEncode)->Name("getASCIIHex, growing/ours")->Apply(Sizes);
+
+void OurGrowingDecode(benchmark::State& state) {
+    std::string const digits = Digits(state);
+    Run(state, [&] {
+        ByteArray bytes;
+        bytes.loadASCIIHex(digits);
+        benchmark::DoNotOptimize(bytes);
+    });
+}
+BENCHMARK(OurGrowingDecode)->Name("loadASCIIHex, growing/ours")->Apply(Sizes);
+
 #ifdef PEER_OPENSSL
 void OpensslEncode(benchmark::State& state) {
     std::string const bytes = Bytes(state);
@@ -77,6 +100,26 @@ void OpensslDecode(benchmark::State& state) {
         [&] { OPENSSL_hexstr2buf_ex(bytes.data(), bytes.size(), nullptr, digits.c_str(), '\0'); });
 }
 BENCHMARK(OpensslDecode)->Name("loadASCIIHex/OpenSSL")->Apply(Sizes);
+
+void OpensslGrowingEncode(benchmark::State& state) {
+    std::string const bytes = Bytes(state);
+    Run(state, [&] {
+        std::unique_ptr<char[]> const digits(new char[2 * bytes.size() + 1]);
+        OPENSSL_buf2hexstr_ex(digits.get(), 2 * bytes.size() + 1, nullptr,
+                              reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size(),
+                              '\0');
+    });
+}
+BENCHMARK(OpensslGrowingEncode)->Name("getASCIIHex, growing/OpenSSL")->Apply(Sizes);
+
+void OpensslGrowingDecode(benchmark::State& state) {
+    std::string const digits = Digits(state);
+    Run(state, [&] {
+        long size;
+        OPENSSL_free(OPENSSL_hexstr2buf(digits.c_str(), &size));
+    });
+}
+BENCHMARK(OpensslGrowingDecode)->Name("loadASCIIHex, growing/OpenSSL")->Apply(Sizes);
 #endif
 
 #ifdef PEER_BOTAN
@@ -96,6 +139,21 @@ void BotanDecode(benchmark::State& state) {
     Run(state, [&] { Botan::hex_decode(bytes.data(), digits.data(), digits.size()); });
 }
 BENCHMARK(BotanDecode)->Name("loadASCIIHex/Botan")->Apply(Sizes);
+
+void BotanGrowingEncode(benchmark::State& state) {
+    std::string const bytes = Bytes(state);
+    Run(state, [&] {
+        benchmark::DoNotOptimize(Botan::hex_encode(
+            reinterpret_cast<std::uint8_t const*>(bytes.data()), bytes.size()));
+    });
+}
+BENCHMARK(BotanGrowingEncode)->Name("getASCIIHex, growing/Botan")->Apply(Sizes);
+
+void BotanGrowingDecode(benchmark::State& state) {
+    std::string const digits = Digits(state);
+    Run(state, [&] { benchmark::DoNotOptimize(Botan::hex_decode(digits)); });
+}
+BENCHMARK(BotanGrowingDecode)->Name("loadASCIIHex, growing/Botan")->Apply(Sizes);
 #endif
 
 }  // namespace

@@ -3,22 +3,14 @@
 #include <algorithm>
 #include <iterator>
 
+#include "types/processor.h"
+
 namespace CommonAPI::internal {
 namespace {
 
-#ifdef COMMONAPI_BLOWFISH_AVX512VBMI
-// Asked here and not in the kernel's file, whose code may need what is being asked for. The
-// compiler's run-time reports these features only if the system also saves the registers.
-bool HasAvx512Vbmi() {
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-           __builtin_cpu_supports("avx512vbmi");
-}
-#endif
-
 BlowfishKernel const kernels[] = {
 #ifdef COMMONAPI_BLOWFISH_AVX512VBMI
-    {"avx512vbmi", HasAvx512Vbmi, EncryptBlowfishAvx512Vbmi, DecryptBlowfishAvx512Vbmi},
+    {"avx512vbmi", HasAvx512VbmiAndGfni, EncryptBlowfishAvx512Vbmi, DecryptBlowfishAvx512Vbmi},
 #endif
     {"portable", [] { return true; }, EncryptBlowfishPortable, DecryptBlowfishPortable},
 };

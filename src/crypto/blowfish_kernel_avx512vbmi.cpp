@@ -4,8 +4,9 @@
 #include "crypto/blowfish_kernel.h"
 
 // 64 blocks at a time, in byte planes: plane p holds byte p, the lowest first, of 64 words. A table
-// of 256 bytes fills four vectors, so 64 look-ups in it are two permutes and a blend on the index's
-// top bit, and no address depends on the data. Additions carry from plane to plane through masks.
+// of 256 bytes fills four vectors, so 64 look-ups in it are two permutes, one of them for the
+// indices with the top bit, and no address depends on the data. Additions carry from plane to
+// plane.
 //
 // Nothing here may be an inline function that other files use too: the linker keeps one copy of
 // such a function, and it could be one that needs this file's instruction set.
@@ -19,10 +20,16 @@ constexpr int wordBytes = 4;
 constexpr std::size_t groupBlocks = 64;
 constexpr int groupBytes = 8 * groupBlocks;
 
+constexpr std::size_t groupsInFlight = 3;
+
+/// The fewest blocks for which the tables, and then one more group, take less time than the
+/// portable kernel: 470 and 290 ns as measured on an AMD EPYC of the Zen 4 generation.
+constexpr std::size_t worthTheTables = 32;
+constexpr std::size_t worthAGroup = 20;
+
 struct alignas(64) BytePlanes {
     Vector boxes[4][wordBytes][4];
-    /// Each byte of a subkey four times, to fill a vector with.
-    std::uint32_t subkeys[18][wordBytes];
+    BlowfishSubkeys subkeys;
 };
 
 /// The halves of 64 * groups blocks.
@@ -103,13 +110,12 @@ void SplitTables(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes, Byt
     for (int box = 0; box < 4; ++box)
         SplitBox(boxes[box], tables.boxes[box]);
     for (int i = 0; i < 18; ++i)
-        for (int plane = 0; plane < wordBytes; ++plane)
-            tables.subkeys[i][plane] =
-                (subkeys[decrypt ? 17 - i : i] >> 8 * plane & 0xFF) * 0x01010101;
+        tables.subkeys[i] = subkeys[decrypt ? 17 - i : i];
 }
 
-Vector Xor(Vector vector, std::uint32_t subkeyByte) {
-    return _mm512_xor_si512(vector, _mm512_set1_epi32(static_cast<int>(subkeyByte)));
+/// A byte of a subkey, in every place.
+Vector Broadcast(std::uint32_t const& subkey, int plane) {
+    return _mm512_set1_epi8(static_cast<char>(subkey >> 8 * plane));
 }
 
 /// A vector of the tables, once for all groups. Left to themselves, compilers load it again for
@@ -118,6 +124,19 @@ Vector Load(Vector const& vector) {
     Vector loaded;
     asm volatile("vmovdqa64 %1, %0" : "=v"(loaded) : "m"(vector));
     return loaded;
+}
+
+/// What a table of 256 bytes has at the indices. The first permute leaves those above 127 as they
+/// are, for the second. In assembly, as compilers make two permutes and a blend of it, or more.
+Vector Permute(Vector indices, Vector const (&table)[4], __mmask64 below128, __mmask64 above127) {
+    Vector found;
+    asm("vmovdqa64 %1, %0\n\t"
+        "vpermi2b %3, %2, %0 %{%6%}\n\t"
+        "vpermi2b %5, %4, %0 %{%7%}"
+        : "=&v"(found)
+        : "v"(indices), "v"(table[0]), "v"(table[1]), "v"(table[2]), "v"(table[3]), "Yk"(below128),
+          "Yk"(above127));
+    return found;
 }
 
 /// A plane of all groups.
@@ -131,137 +150,142 @@ template <int groups>
 struct BoxLookUp {
     Vector const (&box)[wordBytes][4];
     Vector const (&indices)[groups];
-    __mmask64 top[groups];
+    __mmask64 below128[groups];
+    __mmask64 above127[groups];
 
     [[gnu::always_inline]] BoxLookUp(BytePlanes const& tables, int number,
                                      Halves<groups> const& from)
         : box(tables.boxes[number]), indices(from.planes[3 - number]) {
-        for (int group = 0; group < groups; ++group)
-            top[group] = _mm512_movepi8_mask(indices[group]);
+        for (int group = 0; group < groups; ++group) {
+            above127[group] = _mm512_movepi8_mask(indices[group]);
+            below128[group] = _knot_mask64(above127[group]);
+        }
     }
 
     [[gnu::always_inline]] Plane<groups> operator()(int plane) const {
-        Vector vectors[4];
+        Vector table[4];
         for (int i = 0; i < 4; ++i)
-            vectors[i] = Load(box[plane][i]);
+            table[i] = Load(box[plane][i]);
         Plane<groups> found;
         for (int group = 0; group < groups; ++group)
-            found.of[group] = _mm512_mask_blend_epi8(
-                top[group], _mm512_permutex2var_epi8(vectors[0], indices[group], vectors[1]),
-                _mm512_permutex2var_epi8(vectors[2], indices[group], vectors[3]));
+            found.of[group] = Permute(indices[group], table, below128[group], above127[group]);
         return found;
     }
 };
 
-/// One plane of a sum; `carry` comes from the plane below and goes to the one above. Comparisons,
-/// as a ternary operation that finds the carry competes with the permutes for operands.
-Vector Add(int plane, Vector a, Vector b, __mmask64& carry) {
-    Vector const ones = _mm512_set1_epi8(-1);
-    Vector const sum = _mm512_add_epi8(a, b);
-    __mmask64 const overflow = _mm512_cmplt_epu8_mask(sum, a);
-    __mmask64 const carryIn = carry;
-    carry = overflow;
-    if (plane == 0)
-        return sum;
-    carry = _kor_mask64(overflow, _mm512_mask_cmpeq_epi8_mask(carryIn, sum, ones));
-    return _mm512_mask_sub_epi8(sum, carryIn, sum, ones);
+/// One plane of a sum; `carry`, in bytes of 0 or 1, comes from the plane below and goes to the one
+/// above.
+[[gnu::always_inline]] inline Vector Add(int plane, Vector a, Vector b, Vector& carry) {
+    constexpr int majority = 0xD4;  // of the first, the second and the inverse of the third
+    Vector const topBitToLowest = _mm512_set1_epi64(static_cast<long long>(1ull << 63));
+    Vector sum = _mm512_add_epi8(a, b);
+    if (plane > 0)
+        sum = _mm512_add_epi8(sum, carry);
+    if (plane < wordBytes - 1)
+        carry = _mm512_gf2p8affine_epi64_epi8(_mm512_ternarylogic_epi32(a, b, sum, majority),
+                                              topBitToLowest, 0);
+    return sum;
 }
 
-/// sum = box 0 + box 1; with look-ups of both boxes between them, carries are there in time.
+/// to ^= subkey ^ F(from). Box by box, so that few masks live at a time, and beginning with the one
+/// that the first plane of the round before is for; the groups share what is loaded of the tables.
 template <int groups>
-[[gnu::always_inline]] inline void AddFirstBoxes(BytePlanes const& tables,
-                                                 Halves<groups> const& from, Halves<groups>& sum) {
-    BoxLookUp const first(tables, 0, from);
-    BoxLookUp const second(tables, 1, from);
-    __mmask64 carry[groups] = {};
+[[gnu::always_inline]] inline void Round(BytePlanes const* tables, std::uint32_t const& subkey,
+                                         Halves<groups> const& from, Halves<groups>& to) {
+    // Or all addresses would be computed before the loop, and spilled.
+    asm volatile("" : "+r"(tables));
+    Plane<groups> fourth[wordBytes];
+    Plane<groups> second[wordBytes];
+    Plane<groups> sum[wordBytes];
+    Vector carry[groups];
+    BoxLookUp const lookUpFourth(*tables, 3, from);
+    for (int plane = 0; plane < wordBytes; ++plane)
+        fourth[plane] = lookUpFourth(plane);
+    BoxLookUp const lookUpSecond(*tables, 1, from);
+    for (int plane = 0; plane < wordBytes; ++plane)
+        second[plane] = lookUpSecond(plane);
+    BoxLookUp const lookUpFirst(*tables, 0, from);
     for (int plane = 0; plane < wordBytes; ++plane) {
-        Plane const a = first(plane);
-        Plane const b = second(plane);
+        Plane const first = lookUpFirst(plane);
         for (int group = 0; group < groups; ++group)
-            sum.planes[plane][group] = Add(plane, a.of[group], b.of[group], carry[group]);
+            sum[plane].of[group] =
+                Add(plane, first.of[group], second[plane].of[group], carry[group]);
     }
-}
-
-/// to ^= subkey ^ ((sum ^ box 2) + box 3)
-template <int groups>
-[[gnu::always_inline]] inline void AddLastBoxes(BytePlanes const& tables, int round,
-                                                Halves<groups> const& from,
-                                                Halves<groups> const& sum, Halves<groups>& to) {
-    BoxLookUp const third(tables, 2, from);
-    BoxLookUp const fourth(tables, 3, from);
-    __mmask64 carry[groups] = {};
+    BoxLookUp const lookUpThird(*tables, 2, from);
     for (int plane = 0; plane < wordBytes; ++plane) {
-        Plane const a = third(plane);
-        Plane const b = fourth(plane);
+        Plane const third = lookUpThird(plane);
         for (int group = 0; group < groups; ++group) {
-            Vector const x = _mm512_xor_si512(sum.planes[plane][group], a.of[group]);
+            Vector const x = _mm512_xor_si512(sum[plane].of[group], third.of[group]);
+            Vector const f = Add(plane, x, fourth[plane].of[group], carry[group]);
             Vector& t = to.planes[plane][group];
-            t = _mm512_xor_si512(Xor(t, tables.subkeys[round][plane]),
-                                 Add(plane, x, b.of[group], carry[group]));
+            t = _mm512_ternarylogic_epi32(t, f, Broadcast(subkey, plane), 0x96);  // all three, xor
         }
     }
 }
 
-/// to ^= subkey ^ F(from), plane by plane; the groups share what is loaded of the tables.
+/// Transforms `groups` groups. `inLast` has a bit for each block that there is in the last one.
 template <int groups>
-[[gnu::always_inline]] inline void Round(BytePlanes const* tables, int round,
-                                         Halves<groups> const& from, Halves<groups>& to) {
-    // Or all addresses would be computed before the loop, and spilled.
-    asm volatile("" : "+r"(tables));
-    Halves<groups> sum;
-    AddFirstBoxes(*tables, from, sum);
-    AddLastBoxes(*tables, round, from, sum, to);
-}
-
-template <int groups>
-void TransformGroups(BytePlanes const& tables, unsigned char* data) {
+void TransformGroups(BytePlanes const& tables, unsigned char* data, std::uint64_t inLast) {
+    auto const present = [inLast](int group, int vector) {
+        std::uint64_t const inGroup = group == groups - 1 ? inLast : ~std::uint64_t{0};
+        return static_cast<__mmask8>(inGroup >> 8 * vector);
+    };
     Halves<groups> left;
     Halves<groups> right;
     for (int group = 0; group < groups; ++group) {
         Vector block[8];
         for (int i = 0; i < 8; ++i)
-            block[i] = _mm512_loadu_si512(data + groupBytes * group + 64 * i);
+            block[i] =
+                _mm512_maskz_loadu_epi64(present(group, i), data + groupBytes * group + 64 * i);
         Unzip(block);
         Unzip(block);
         Unzip(block);
         for (int plane = 0; plane < wordBytes; ++plane) {
-            left.planes[plane][group] = Xor(block[3 - plane], tables.subkeys[0][plane]);
+            left.planes[plane][group] =
+                _mm512_xor_si512(block[3 - plane], Broadcast(tables.subkeys[0], plane));
             right.planes[plane][group] = block[7 - plane];
         }
     }
     for (int round = 1; round <= 16; round += 2) {
-        Round(&tables, round, left, right);
-        Round(&tables, round + 1, right, left);
+        Round(&tables, tables.subkeys[round], left, right);
+        Round(&tables, tables.subkeys[round + 1], right, left);
     }
     for (int group = 0; group < groups; ++group) {
         Vector block[8];
         for (int plane = 0; plane < wordBytes; ++plane) {
-            block[3 - plane] = Xor(right.planes[plane][group], tables.subkeys[17][plane]);
+            block[3 - plane] =
+                _mm512_xor_si512(right.planes[plane][group], Broadcast(tables.subkeys[17], plane));
             block[7 - plane] = left.planes[plane][group];
         }
         Zip(block);
         Zip(block);
         Zip(block);
         for (int i = 0; i < 8; ++i)
-            _mm512_storeu_si512(data + groupBytes * group + 64 * i, block[i]);
-    }
-}
-
-template <int groups>
-void TransformAll(BytePlanes const& tables, unsigned char*& data, std::size_t& blocks) {
-    for (; blocks >= groups * groupBlocks; blocks -= groups * groupBlocks) {
-        TransformGroups<groups>(tables, data);
-        data += groups * groupBytes;
+            _mm512_mask_storeu_epi64(data + groupBytes * group + 64 * i, present(group, i),
+                                     block[i]);
     }
 }
 
 template <bool decrypt>
-void TransformWholeGroups(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
-                          unsigned char*& data, std::size_t& blocks) {
+void TransformInGroups(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
+                       unsigned char*& data, std::size_t& blocks) {
     BytePlanes tables;
     SplitTables<decrypt>(subkeys, boxes, tables);
-    TransformAll<2>(tables, data, blocks);
-    TransformAll<1>(tables, data, blocks);
+    while (blocks >= worthAGroup) {
+        std::size_t const groups = (blocks + groupBlocks - worthAGroup) / groupBlocks;
+        std::size_t done = (groups < groupsInFlight ? groups : groupsInFlight) * groupBlocks;
+        if (done > blocks)
+            done = blocks;
+        std::uint64_t const inLast = ~std::uint64_t{0} >> -done % groupBlocks;
+        if (groups == 1)
+            TransformGroups<1>(tables, data, inLast);
+        else if (groups == 2)
+            TransformGroups<2>(tables, data, inLast);
+        else
+            TransformGroups<groupsInFlight>(tables, data, inLast);
+        data += 8 * done;
+        blocks -= done;
+    }
     explicit_bzero(&tables, sizeof tables);
 }
 
@@ -269,15 +293,15 @@ void TransformWholeGroups(BlowfishSubkeys const& subkeys, BlowfishBoxes const& b
 
 void EncryptBlowfishAvx512Vbmi(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
                                unsigned char* data, std::size_t blocks) {
-    if (blocks >= groupBlocks)
-        TransformWholeGroups<false>(subkeys, boxes, data, blocks);
+    if (blocks >= worthTheTables)
+        TransformInGroups<false>(subkeys, boxes, data, blocks);
     EncryptBlowfishPortable(subkeys, boxes, data, blocks);
 }
 
 void DecryptBlowfishAvx512Vbmi(BlowfishSubkeys const& subkeys, BlowfishBoxes const& boxes,
                                unsigned char* data, std::size_t blocks) {
-    if (blocks >= groupBlocks)
-        TransformWholeGroups<true>(subkeys, boxes, data, blocks);
+    if (blocks >= worthTheTables)
+        TransformInGroups<true>(subkeys, boxes, data, blocks);
     DecryptBlowfishPortable(subkeys, boxes, data, blocks);
 }
 

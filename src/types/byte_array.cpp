@@ -226,8 +226,19 @@ long ByteArray::find(ByteArray const& pattern, long start) {
 }
 
 void ByteArray::getASCIIHex(std::string& out) {
-    out.resize(2 * bytes.size());
-    CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), out.data());
+    std::size_t const count = 2 * bytes.size();
+    // The size that it is called with can be larger: GNU's library 12 passes the capacity.
+    auto const encode = [this, count](char* digits, std::size_t) {
+        CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), digits);
+        return count;
+    };
+#ifdef __cpp_lib_string_resize_and_overwrite
+    out.clear();  // or it would be copied where it grows
+    out.resize_and_overwrite(count, encode);
+#else
+    out.resize(count);
+    encode(out.data(), count);
+#endif
 }
 
 // The buffer is emptied before the text is read, so given itself it reads nothing.

@@ -1,8 +1,10 @@
 #include "types/hexadecimal.h"
 
+#include "types/processor.h"
+
 // Arithmetic without tables or branches, decoded in blocks of a fixed size, so that the compiler
-// turns it into vector instructions: those of every processor of its kind and, where the processor
-// has them, wider ones. Not by `target_clones`, for which compilers export what they choose with.
+// turns it into vector instructions: those of every processor of its kind and, to choose from at
+// run time, wider ones. Not by `target_clones`, for which compilers export what they choose with.
 
 namespace CommonAPI::internal {
 namespace {
@@ -11,20 +13,20 @@ using Byte = unsigned char;
 
 constexpr std::size_t blockSize = 32;
 
-inline char DigitOf(Byte nibble) {
+[[gnu::always_inline]] inline char DigitOf(Byte nibble) {
     return static_cast<char>(nibble + (nibble > 9 ? 'A' - 10 : '0'));
 }
 
 constexpr Byte noDigit = 0x80;
 
-inline Byte ValueOf(char digit) {
+[[gnu::always_inline]] inline Byte ValueOf(char digit) {
     Byte const decimal = static_cast<Byte>(digit - '0');
     Byte const letter = static_cast<Byte>((digit | 0x20) - 'a');
     return static_cast<Byte>(decimal < 10 ? decimal : letter < 6 ? letter + 10 : noDigit);
 }
 
 /// False, with the bytes left without meaning, if any character is no digit.
-inline bool DecodeBlock(char const* digits, Byte* bytes) {
+[[gnu::always_inline]] inline bool DecodeBlock(char const* digits, Byte* bytes) {
     Byte values[2 * blockSize];
     Byte bad = 0;
     for (std::size_t i = 0; i < 2 * blockSize; ++i) {
@@ -36,7 +38,6 @@ inline bool DecodeBlock(char const* digits, Byte* bytes) {
     return bad < noDigit;
 }
 
-// Inlined for each kind of instructions.
 [[gnu::always_inline]] inline void Encode(Byte const* bytes, std::size_t count, char* digits) {
     for (std::size_t i = 0; i < count; ++i) {
         digits[2 * i] = DigitOf(static_cast<Byte>(bytes[i] >> 4));
@@ -60,35 +61,36 @@ inline bool DecodeBlock(char const* digits, Byte* bytes) {
 }
 
 #ifdef __x86_64__
-[[gnu::target("avx2")]] void EncodeWider(Byte const* bytes, std::size_t count, char* digits) {
+[[gnu::target("avx2")]] void EncodeWide(Byte const* bytes, std::size_t count, char* digits) {
     Encode(bytes, count, digits);
 }
 
-[[gnu::target("avx2")]] std::size_t DecodeWider(char const* digits, std::size_t pairs,
-                                                Byte* bytes) {
+[[gnu::target("avx2")]] std::size_t DecodeWide(char const* digits, std::size_t pairs, Byte* bytes) {
     return Decode(digits, pairs, bytes);
 }
 
-bool HasWider() {
-    return __builtin_cpu_supports("avx2");
-}
-#else
-constexpr auto EncodeWider = Encode;
-constexpr auto DecodeWider = Decode;
-
-constexpr bool HasWider() {
-    return false;
+bool WideIsSupported() {
+    static bool const supported = HasAvx2();
+    return supported;
 }
 #endif
 
 }  // namespace
 
 void EncodeHexadecimal(Byte const* bytes, std::size_t count, char* digits) {
-    HasWider() ? EncodeWider(bytes, count, digits) : Encode(bytes, count, digits);
+#ifdef __x86_64__
+    if (WideIsSupported())
+        return EncodeWide(bytes, count, digits);
+#endif
+    Encode(bytes, count, digits);
 }
 
 std::size_t DecodeHexadecimal(char const* digits, std::size_t pairs, Byte* bytes) {
-    return HasWider() ? DecodeWider(digits, pairs, bytes) : Decode(digits, pairs, bytes);
+#ifdef __x86_64__
+    if (WideIsSupported())
+        return DecodeWide(digits, pairs, bytes);
+#endif
+    return Decode(digits, pairs, bytes);
 }
 
 }  // namespace CommonAPI::internal
