@@ -147,10 +147,10 @@ class Command(unittest.TestCase):
     def test_passwords_leave_no_trace_once_the_cipher_is_keyed(self):
         hard = resource.getrlimit(resource.RLIMIT_CORE)[1]
         resource.setrlimit(resource.RLIMIT_CORE, (hard, hard))
-        key = file("key", b"a long password").read_bytes()
+        key = file("key", b"a long password, " * 50).read_bytes()
         for arguments, variable in ((KEY, key), (("--password-file", "key"), b"")):
             with self.subTest(arguments), busy("encrypt", *arguments, PW=variable) as process:
-                self.assertFalse(key in memory_of(process.pid), "it is still in memory")
+                self.assertFalse(key[-99:] in memory_of(process.pid), "it is still in memory")
                 process.send_signal(signal.SIGQUIT)
                 self.assertFalse(os.WCOREDUMP(os.waitpid(process.pid, 0)[1]), "it left a core file")
 
