@@ -32,10 +32,9 @@ install(FILES ${PROJECT_BINARY_DIR}/CommonAPIConfig.cmake
               ${PROJECT_BINARY_DIR}/CommonAPIConfigVersion.cmake
     DESTINATION ${COMMONAPI_CMAKE_DIR})
 
-# Back to the prefix from the folder of the .pc file, so that the installed tree can be moved: not
-# where a path in it is fixed, nor in /usr, whose folders pkg-config then knows to be the system's.
+# Back to the prefix from the folder of the .pc file, so that the installed tree can be moved.
 cmake_path(IS_RELATIVE CMAKE_INSTALL_LIBDIR COMMONAPI_CAN_BE_MOVED)
-if(COMMONAPI_CAN_BE_MOVED AND NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+if(COMMONAPI_CAN_BE_MOVED)
     cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
         BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE to_prefix)
     set(COMMONAPI_PC_PREFIX "\${pcfiledir}/${to_prefix}")
@@ -53,7 +52,14 @@ if(COMMONAPI_TYPE STREQUAL STATIC_LIBRARY)
     set(COMMONAPI_PC_STATIC " -DCOMMONAPI_STATIC")
 endif()
 configure_file(cmake/CommonAPI.pc.in CommonAPI.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/CommonAPI.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+# In /usr it names that, so that pkg-config knows its folders to be the system's.
+set(COMMONAPI_PC_PREFIX /usr)
+configure_file(cmake/CommonAPI.pc.in usr/CommonAPI.pc @ONLY)
+install(CODE "set(pc_file CommonAPI.pc)
+    if(CMAKE_INSTALL_PREFIX STREQUAL \"/usr\")
+        set(pc_file usr/CommonAPI.pc)
+    endif()")
+install(FILES ${PROJECT_BINARY_DIR}/\${pc_file} DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(FILES ${PROJECT_SOURCE_DIR}/packaging/lnav/commonapi_log.json
     DESTINATION ${CMAKE_INSTALL_DATADIR}/CommonAPI/lnav)
