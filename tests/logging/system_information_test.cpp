@@ -98,6 +98,7 @@ TEST(CurrentTime, ShowsEveryChangeWithinOneSecond) {
         uselocale(withDots);
         EXPECT_EQ(CurrentTime("%X"), "07.00") << "in the thread's own locale";
         uselocale(LC_GLOBAL_LOCALE);
+        freelocale(withDots);
         EXPECT_EQ(CurrentTime("%X"), "07:00:00") << "in the locale of the process";
         unsetenv("TZ");
         char expected[] = "hh:mm:ss";
