@@ -1,7 +1,7 @@
 #include <CommonAPI/encryption_api.h>
 #include <gtest/gtest.h>
 
-#include <thread>
+#include <future>
 
 using namespace std::string_literals;
 
@@ -35,9 +35,9 @@ TEST(EncryptionAPI, KeysTheCipherByMode) {
 
 TEST(EncryptionAPI, ServesSeveralThreadsAtOnce) {
     EncryptionAPI const api = Initialized(3, "k");
-    std::vector<std::jthread> threads;
+    std::vector<std::future<void>> threads;
     for (char const letter : {'a', 'b', 'c', 'd'})
-        threads.emplace_back([&api, in = std::string(1600, letter)] {
+        threads.push_back(std::async(std::launch::async, [&api, in = std::string(1600, letter)] {
             for (int round = 0; round < 50; ++round) {
                 std::string encrypted;
                 std::string decrypted;
@@ -45,5 +45,5 @@ TEST(EncryptionAPI, ServesSeveralThreadsAtOnce) {
                 api.decryptString(encrypted, decrypted);
                 EXPECT_EQ(decrypted, in);
             }
-        });
+        }));
 }
