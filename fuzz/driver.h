@@ -45,10 +45,10 @@ static std::vector<std::string> Names() {
 /// Pieces that something begins or ends at, some of them many times.
 static std::string RandomText(std::minstd_rand& random) {
     static std::string const pieces[] = {
-        "a",    "bc",   "B",        "0",        "1f",     "A9",         "C",
-        " ",    "+",    "-",        "x",        ".",      "e",          "tRuE",
-        "True", "zz",   "key",      "12345678", "\t",     "\x81",       "\xF2",
-        "\xC3", "\xFF", "\xE2\x82", "\u00e9",   "\u20ac", "\U0001F600", std::string(1, '\0')};
+        "a",     "bc",   "B",        "0",        "1f",     "A9",         "G",
+        "/:@g`", " ",    "+",        "-",        "x",      ".",          "e",
+        "tRuE",  "True", "key",      "12345678", "\t",     "\x81",       "\xF2",
+        "\xC3",  "\xFF", "\xE2\x82", "\u00e9",   "\u20ac", "\U0001F600", std::string(1, '\0')};
     std::string text;
     for (auto count = random() % 6; count > 0; --count) {
         std::string const& piece = pieces[random() % std::size(pieces)];

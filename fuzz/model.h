@@ -49,7 +49,7 @@ std::string Described(Value const& value) {
             if (c >= ' ' && c <= '~')
                 stream << static_cast<char>(c);
             else
-                stream << "\\x{" << std::hex << (c & 0xFFFFFFu) << '}';
+                stream << "\\x{" << std::hex << (c & (sizeof c == 1 ? 0xFFu : ~0u)) << '}';
     return stream.str();
 }
 
