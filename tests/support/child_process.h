@@ -72,7 +72,8 @@ private:
 
 /// For a `body` that tells all by its own expectations.
 inline void ExpectInChild(std::function<void()> const& body) {
-    EXPECT_EQ(RunInChild(body).status, EXIT_SUCCESS);
+    ChildResult const child = RunInChild(body);
+    EXPECT_EQ(child.status, EXIT_SUCCESS) << child.errors;
 }
 
 /// What follows the header of a log, or all of a text without one, without the times of the lines.
