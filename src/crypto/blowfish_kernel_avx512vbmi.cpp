@@ -197,7 +197,7 @@ template <int groups>
     Plane<groups> fourth[wordBytes];
     Plane<groups> second[wordBytes];
     Plane<groups> sum[wordBytes];
-    Vector carry[groups];
+    Vector carry[groups] = {};
     BoxLookUp const lookUpFourth(*tables, 3, from);
     for (int plane = 0; plane < wordBytes; ++plane)
         fourth[plane] = lookUpFourth(plane);
