@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_BENCH_BLOWFISH_PEERS_H
+#define COMMONAPI_BENCH_BLOWFISH_PEERS_H
 
 #include <cstddef>
 #include <functional>
@@ -27,3 +28,5 @@ struct SettingPeer {
     Convert decrypt;
 };
 std::vector<SettingPeer> SettingPeers();
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_CIPHER_H
+#define COMMONAPI_TOOLS_CIPHER_H
 
 #include <CommonAPI/encryption_api.h>
 
@@ -36,3 +37,5 @@ std::string Seal(Secret const& password);
 
 /// The inverse.
 Secret Open(Secret const& sealedKey);
+
+#endif

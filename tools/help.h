@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_HELP_H
+#define COMMONAPI_TOOLS_HELP_H
 
 #include <CLI/CLI.hpp>
 #include <string>
@@ -15,3 +16,5 @@ public:
 
 /// What is wrong with the command line, and how it should look.
 void ReportMistake(CLI::App const& app, CLI::ParseError const& error);
+
+#endif

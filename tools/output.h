@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_OUTPUT_H
+#define COMMONAPI_TOOLS_OUTPUT_H
 
 #include <string>
 #include <string_view>
@@ -11,3 +12,5 @@ void FinishOutput();
 
 /// What the system says about the last failure of one of its calls.
 std::string SystemError();
+
+#endif

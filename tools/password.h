@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_PASSWORD_H
+#define COMMONAPI_TOOLS_PASSWORD_H
 
 #include <CLI/CLI.hpp>
 #include <optional>
@@ -23,3 +24,5 @@ private:
     std::optional<std::string> file;
     std::optional<std::string> variable;
 };
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_SECRET_H
+#define COMMONAPI_TOOLS_SECRET_H
 
 #include <CommonAPI/byte_array.h>
 
@@ -30,3 +31,5 @@ struct SecretBuffer : ByteArray {
         CommonAPI::internal::Wipe(const_cast<char*>(c_str()), content.size());
     }
 };
+
+#endif

@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_TERMINAL_H
+#define COMMONAPI_TOOLS_TERMINAL_H
 
 #include <unistd.h>
 
@@ -28,3 +29,5 @@ bool ReadLine(int file, std::size_t longest, Secret& line, int interruption = -1
 /// A line that is typed at the terminal, which does not show it. Throws `std::runtime_error` if
 /// there is no terminal or the line has more than 1,023 characters.
 Secret ReadHiddenLine(std::string const& prompt);
+
+#endif

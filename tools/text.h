@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_TEXT_H
+#define COMMONAPI_TOOLS_TEXT_H
 
 #include <string>
 #include <string_view>
@@ -14,3 +15,5 @@ std::string Printable(std::string_view text);
 
 /// Without what editors add to a line of a file: a byte order mark before, a carriage return after.
 std::string_view WithoutFileMarks(std::string_view line);
+
+#endif

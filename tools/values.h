@@ -1,4 +1,5 @@
-#pragma once
+#ifndef COMMONAPI_TOOLS_VALUES_H
+#define COMMONAPI_TOOLS_VALUES_H
 
 #include <functional>
 #include <string>
@@ -20,3 +21,5 @@ using ValueConversion = std::function<std::string_view(std::string_view)>;
 /// the output cannot be written.
 bool ConvertValues(std::vector<std::string> const& arguments, ValueRemark const& remark,
                    ValueConversion const& convert);
+
+#endif
