@@ -2,7 +2,6 @@
 
 #include <CommonAPI/unicode_string.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -24,10 +23,6 @@ char const* const keySeparator = "-->";
 
 constexpr std::size_t scratchLength = 65536;
 char narrowScratch[scratchLength];
-
-/// How many wide characters are made room for at a time: what stays in the nearest cache between
-/// being cleared and being written.
-constexpr std::size_t wideChunk = 4096;
 
 bool baseTranscodersReady = false;
 bool transcodersClosed = false;
@@ -147,21 +142,26 @@ void UnicodeString::convertToWide(char const* text, std::size_t count, std::wstr
     if (!CanConvert(utf8ToWideTranscoder))
         return;
 
-    converted.reserve(count);
-    std::size_t inputLeft = count;
-    std::size_t length = 0;
-    while (inputLeft != 0) {
-        converted.resize(length + std::min(inputLeft, wideChunk));
-        auto end = reinterpret_cast<char*>(converted.data() + length);
-        std::size_t room = (converted.size() - length) * sizeof(wchar_t);
-        int const result = Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room);
-        length = converted.size() - room / sizeof(wchar_t);
-        // Text that ends inside a sequence is no error: but in the hardened library, the loop then
-        // waits for ever.
-        if (transcodingError(result) || (hardened && result == -1 && errno == EINVAL))
-            length = inputLeft = 0;
-    }
-    converted.erase(length);
+    auto const convert = [&](wchar_t* wide, std::size_t) {
+        auto end = reinterpret_cast<char*>(wide);
+        std::size_t inputLeft = count;
+        std::size_t room = count * sizeof(wchar_t);
+        while (inputLeft != 0) {
+            int const result = Convert(utf8ToWideTranscoder, &text, &inputLeft, &end, &room);
+            if (transcodingError(result))
+                return std::size_t(0);
+            // No error, so the loop waits for ever for the rest: but in the hardened library.
+            if (hardened && result == -1 && errno == EINVAL)
+                return std::size_t(0);
+        }
+        return count - room / sizeof(wchar_t);
+    };
+#ifdef __cpp_lib_string_resize_and_overwrite
+    converted.resize_and_overwrite(count, convert);
+#else
+    converted.resize(count);
+    converted.resize(convert(converted.data(), count));
+#endif
 }
 
 bool UnicodeString::transcodingError(int result) const {
