@@ -65,10 +65,10 @@ public:
     UnicodeString& operator=(long const& value);
 
     /// Appends to the narrow form (nothing if null), then derives the wide form again if one is
-    /// held.
+    /// held: a text held only in wide form is lost.
     UnicodeString& operator+=(char const* text);
     /// Appends to the wide form (nothing if null); if a narrow form is held, derives the narrow
-    /// form from the first quarter.
+    /// form from the first quarter: a text held only in narrow form is lost.
     UnicodeString& operator+=(wchar_t const* text);
     /// The same as for `text.c_str()`.
     UnicodeString& operator+=(std::string const& text);
