@@ -29,7 +29,8 @@
 ///
 /// Ownership: `initializeAPI` creates a cipher that is never freed.
 ///
-/// Threads: the const operations only read, so one initialised object may serve several threads;
+/// Threads: the const operations only read, so one initialised object may serve several threads,
+/// but `decryptString` logs a line for bytes that are not a multiple of 8, without a lock;
 /// `initializeAPI` must not run at the same time as anything else on the object.
 class COMMONAPI_EXPORT EncryptionAPI {
 public:
@@ -38,7 +39,7 @@ public:
     ~EncryptionAPI();
 
     /// Sets the mode and, in modes 3 and 4, creates and keys a cipher. The key's bytes are not
-    /// changed, but its `c_str()` text is.
+    /// changed, but in mode 3 its `c_str()` text is.
     void initializeAPI(ByteArray& key, int mode);
 
     /// Sets `out` to `in`, padded and encrypted. Given one buffer as both, empties it.
@@ -46,8 +47,8 @@ public:
     /// Sets `out` to `in` decrypted, padding included. False, with `out` empty, when the length of
     /// `in` is not a multiple of 8. Given one buffer as both, empties it.
     bool decryptData(ByteArray const& in, ByteArray& out) const;
-    /// Appends the encrypted items to `out`; on failure those before the failing one stay. Given one
-    /// list as both, encrypts the items that it holds at first.
+    /// Appends the encrypted items to `out`; on failure those before the failing one stay. Given
+    /// one list as both, encrypts the items that it holds at first.
     bool encryptDataList(std::vector<ByteArray> const& in, std::vector<ByteArray>& out) const;
     /// Gives `out` the size of `in` and replaces its items by the decrypted ones; on failure those
     /// from the failing one on stay as they were.
@@ -57,7 +58,8 @@ public:
     bool encryptString(std::string const& in, std::string& out) const;
     /// Sets `out` to the text that hexadecimal of either case stands for, up to its first zero
     /// character. False, with `out` empty, when the length of `in` is not a multiple of 8; false,
-    /// with `out` untouched, when the bytes that it stands for are not a multiple of 8.
+    /// with `out` untouched and a line in the log, when the bytes that it stands for are not a
+    /// multiple of 8.
     bool decryptString(std::string const& in, std::string& out) const;
     /// Appends the encrypted texts to `out`; on failure those before the failing one stay.
     bool encryptStringList(std::vector<std::string> const& in, std::vector<std::string>& out) const;

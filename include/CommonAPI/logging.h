@@ -5,8 +5,9 @@
 /// prefix). Any other level is allowed and has no prefix.
 ///
 /// A message is written when `level <= threshold` and the threshold is not 5, which means off. The
-/// threshold of a module is its value in the settings, read as `atoi` does; a module without one
-/// has the global threshold, which is 5 until `InitializeLogger` sets it.
+/// threshold of a module is its value in the settings, read as `atoi` does, so 0 for text that is
+/// no number; a module without one has the global threshold, which is 5 until `InitializeLogger`
+/// sets it.
 ///
 /// A line is the time ("%X"), " - ", the prefix, the module, ":  ", the text and a newline. It is
 /// written to the log file with one write and flushed; failures to write are not reported. While
@@ -47,9 +48,9 @@ COMMONAPI_EXPORT void LogMessage(int level, char const* module, char const* text
 /// Logs `text.c_str()` as `LogMessage` does, then empties `text`, whether it was written or not.
 COMMONAPI_EXPORT void LogStringMessage(int level, char const* module, std::string& text);
 
-/// Writes a closing line and closes the file. The settings stay in force for what is logged later,
-/// to standard error. Runs by itself at process exit; does nothing when the logger is not
-/// initialised.
+/// Writes a closing line, which stays in `LogMessageBuffer`, and closes the file. The settings and
+/// thresholds stay in force for what is logged later, to standard error. Runs by itself at process
+/// exit, once for each initialisation; does nothing when the logger is not initialised.
 COMMONAPI_EXPORT void TerminateLogger();
 
 #endif

@@ -16,18 +16,20 @@ extern "C" {
 /// `exit(0)`, even if the handler returns. While the handler runs, `SIGSEGV` and the signal itself
 /// are blocked. A later call for the same signal replaces the handler.
 ///
-/// Without a handler, the signal is reported: at level 1 for "ExceptionSignalHandler", under the
-/// banner "UNEXPECTED APPLICATION EXIT", with its name, its number and the meaning of its code.
+/// Without a handler, the signal is reported in one message: at level 1 for
+/// "ExceptionSignalHandler", after two newlines, under the banner "UNEXPECTED APPLICATION EXIT",
+/// with its name, its number and the meaning of its code.
 ///
-/// Handlers run on the stack of the thread that the signal interrupted and may log, though nothing
-/// that logging does is safe there: it is done because the process is ending. See
-/// [Fatal signals](docs/fatal_signals.md) for what that leaves undone. What a report needs is set
+/// Handlers run on the stack of the thread that the signal interrupted and may log: while the log
+/// is open, a line of up to 1024 bytes waits for no lock and needs no memory. Whatever else they
+/// do, and the exit that follows, may wait for what was interrupted:
+/// [Fatal signals](docs/fatal_signals.md) tells what that leaves undone. What a report needs is set
 /// aside by the first call, so that it asks the allocator for nothing.
 ///
 /// @param signalNumber from 1 to 63.
 /// @param handler may be null.
 /// @return false for 0; false, with "Couldn't trap Signal " and the number on standard output, for
-/// any other number, and when the system refuses it.
+/// any other number, and when the system refuses it, though the handler is stored then.
 ///
 /// Threads: not protected by a lock; callers serialise their calls.
 COMMONAPI_EXPORT bool TrapExceptionSignal(int signalNumber, void (*handler)(siginfo*));

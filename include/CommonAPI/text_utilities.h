@@ -2,8 +2,9 @@
 /// Small text and number utilities.
 ///
 /// The library also defines the C library's `strtof`, under that plain name, for everything that
-/// binds to it: each call returns 0 with `errno` set to `EINVAL` and leaves `*end` alone. It is
-/// declared where it always was, in <stdlib.h>.
+/// binds to it: each call returns 0 with `errno` set to `EINVAL` and leaves `*end` alone. A static
+/// library does so only for what is linked together with it. It is declared where it always was, in
+/// <stdlib.h>.
 #ifndef COMMONAPI_TEXT_UTILITIES_H
 #define COMMONAPI_TEXT_UTILITIES_H
 

@@ -65,10 +65,10 @@ public:
     UnicodeString& operator=(long const& value);
 
     /// Appends to the narrow form (nothing if null), then derives the wide form again if one is
-    /// held.
+    /// held: a text held only in wide form is lost.
     UnicodeString& operator+=(char const* text);
     /// Appends to the wide form (nothing if null); if a narrow form is held, derives the narrow
-    /// form from the first quarter.
+    /// form from the first quarter: a text held only in narrow form is lost.
     UnicodeString& operator+=(wchar_t const* text);
     /// The same as for `text.c_str()`.
     UnicodeString& operator+=(std::string const& text);
@@ -77,9 +77,9 @@ public:
     /// Appends the number as "%f" writes it, as narrow text.
     UnicodeString& operator+=(float const& value);
 
-    /// Inserts the first `count` bytes of `text`, or all of it if `count` is -1, into the narrow
-    /// form; if that is empty, first derives the narrow form from the first quarter. The wide form
-    /// stays.
+    /// Inserts the first `count` bytes of `text` (not checked), or all of it if `count` is -1, into
+    /// the narrow form; if that is empty, first derives the narrow form from the first quarter. The
+    /// wide form stays.
     void insert(std::string const& text, long const& position, long const& count);
     /// Removes `count` characters (-1: all that follow) from the wide form; if a narrow form is
     /// held, derives the narrow form from the first quarter.
@@ -132,10 +132,10 @@ public:
     long find(UnicodeString& other);
 
     /// Opens the two converters between UTF-8 and wide characters; the first conversion does this
-    /// by itself. True when both could be opened.
+    /// by itself, once, whatever comes of it. True when both could be opened.
     bool instantiateBaseTranscoders();
-    /// Gives the object the process-wide converter of the pair, opening it if there is none yet. No
-    /// conversion uses it.
+    /// Gives the object the process-wide converter of the pair, opening it if there is none yet;
+    /// one that cannot be opened is tried again at the next request. No conversion uses it.
     void instantiateTargetTranscoder(char const* first, char const* second);
     /// Sets the narrow form to `text` and the wide form to what its first `count` bytes
     /// (0xFFFFFFFF: all) convert to. Returns the wide form. The text may lie in the object.
