@@ -113,7 +113,7 @@ bool ConvertValues(std::vector<std::string> const& arguments, ValueRemark const&
     else
         std::cin.tie(nullptr);
     Run run("line", remark, convert);
-    auto const room = std::make_unique_for_overwrite<char[]>(roomForLine);
+    std::unique_ptr<char[]> const room(new char[roomForLine]);
     while ((std::cin.getline(room.get(), roomForLine) || std::cin.gcount() > 0) && !std::cin.bad())
         run.add(TakeLine(room.get()));
     if (std::cin.bad())
