@@ -1,13 +1,12 @@
 #include <CommonAPI/byte_array.h>
 
-#include "fuzz/target.h"
+#include <memory>
 
-static char const* const null = nullptr;
+#include "fuzz/target.h"
 
 struct ByteArrayModel : std::string {
     std::string cache;
 
-    using std::string::append;
     using std::string::assign;
     using std::string::operator=;
     using std::string::operator+=;
@@ -67,23 +66,18 @@ struct ByteArrayModel : std::string {
             push_back(static_cast<char>(number));
         }
     }
-    void getRawData(unsigned char** data, long& length) const {
-        if (empty())
-            return;
-        length = size();
-        *data = new unsigned char[length];
-        copy(reinterpret_cast<char*>(*data), length);
-    }
 };
 
-template <class Array>
-std::string RawData(Array& array) {
+static std::string RawData(ByteArray& array) {
     unsigned char* data = nullptr;
     long length = -1;
     array.getRawData(&data, length);
-    std::string const bytes(data, data + std::max(length, 0L));
-    delete[] data;
-    return Described(length, bytes);
+    std::unique_ptr<unsigned char[]> const owner(data);
+    return data ? std::string(data, data + length) : std::to_string(length);
+}
+
+static std::string RawData(ByteArrayModel const& model) {
+    return model.empty() ? "-1" : std::string(model);
 }
 
 template <class Array>
@@ -95,11 +89,9 @@ std::string Apply(Array& it, Array& other, Line const& line) {
     if (it.length() > 3000)
         throw NotAllowed();  // or it would double without end
     if (line.is("assignText"))
-        it = text.c_str();
+        it = line.count == 0 ? nullptr : text.c_str();
     if (line.is("assignOwnText"))
         it = *it;
-    if (line.is("assignNull"))
-        it = null;
     if (line.is("assignString"))
         it = text;
     if (line.is("assignNumbers"))
@@ -111,13 +103,11 @@ std::string Apply(Array& it, Array& other, Line const& line) {
     if (line.is("appendByte"))
         it += byte;
     if (line.is("appendText"))
-        it += line.count == 0 ? null : text.c_str();
+        it += line.count == 0 ? nullptr : text.c_str();
     if (line.is("appendString"))
         it += text;
     if (line.is("appendOther"))
         it += other;
-    if (line.is("appendData"))
-        it.append(text.data(), count);
     if (line.is("insert"))
         it.insert(at, text.data(), count);
     if (line.is("insertOwnText"))

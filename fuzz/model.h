@@ -78,7 +78,8 @@ inline void PrintApplied() {
 inline void Same(std::string const& library, std::string const& model, char const* what) {
     if (library == model)
         return;
-    std::cerr << what << "\n    library: " << library << "\n    model:   " << model << std::endl;
+    std::cerr << what << "\n    library: " << Described(library)
+              << "\n    model:   " << Described(model) << std::endl;
     PrintApplied();
     std::abort();
 }

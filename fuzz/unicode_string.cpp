@@ -142,14 +142,8 @@ struct UnicodeStringModel {
                 c = static_cast<wchar_t>(std::towupper(c));
         return a.compare(b);
     }
-    template <class Text>
-    long find(Text text, long position) {
-        return narrow.find(text, position);
-    }
-    template <class Text>
-    long find(Text text) {
-        return wide.find(text);
-    }
+    long find(auto text, long position) { return narrow.find(text, position); }
+    long find(auto text) { return wide.find(text); }
     long find(UnicodeStringModel& other) { return wide.find(other.wc_str()); }
 
     wchar_t const* transcodeMessage(char const* text, unsigned int count) {
@@ -187,10 +181,16 @@ std::string State(Text& text) {
 }
 
 template <class Text>
-std::string Find(Text& it, Text& other, std::string const& text, int at) {
-    std::wstring const wide = Widened(text);
-    return Described(it.find(other), it.find(text.c_str(), at), it.find(text[0], at),
-                     it.find(wide.c_str()), it.find(wide[0]));
+char const* Part(Text& text, int at) {
+    auto const position = Within(at, std::strlen(text.c_str()));
+    return text.c_str() + position;
+}
+
+template <class Text>
+wchar_t const* WidePart(Text& text, int at) {
+    text.wc_str();  // which may cut the narrow form, so that the next one succeeds
+    auto const position = Within(at, std::wcslen(text.wc_str()));
+    return text.wc_str() + position;
 }
 
 template <class Text>
@@ -198,9 +198,6 @@ std::string Apply(Text& it, Text& other, Line const& line) {
     std::string const& text = line.text;
     std::wstring const wide = Widened(text);
     bool const exact = line.number(1) % 2 == 0;
-    auto const inText = [&](Text& of) { return Within(line.at, std::strlen(of.c_str())); };
-    auto const inWide = [&](Text& of) { return Within(line.at, std::wcslen(of.wc_str())); };
-    std::ostringstream stream;
     if (it.length() > 3000)
         throw NotAllowed();  // or it would double without end
     if (line.is("assignText"))
@@ -212,27 +209,25 @@ std::string Apply(Text& it, Text& other, Line const& line) {
     if (line.is("assignOther"))
         it = other;
     if (line.is("assignPart"))
-        it = other.c_str() + inText(other);
+        it = Part(other, line.at);
     if (line.is("assignWidePart"))
-        it = other.wc_str() + inWide(other);
+        it = WidePart(other, line.at);
     if (line.is("make")) {
         Text made[] = {Text(text), Text("ISO-8859-1", text.c_str()), Text(wide.c_str())};
         return State(made[0]) + State(made[1]) + State(made[2]);
     }
     if (line.is("appendString"))
         it += text;
+    if (line.is("appendWide"))
+        it += line.count == 0 ? nullptr : wide.c_str();
     if (line.is("appendNumber"))
         it += line.count / 2.0f;
-    if (line.is("appendNull")) {
-        it += static_cast<char const*>(nullptr);
-        it += static_cast<wchar_t const*>(nullptr);
-    }
     if (line.is("appendOther"))
         it += other;
     if (line.is("appendPart"))
-        it += other.c_str() + inText(other);
+        it += line.count == 0 ? nullptr : Part(other, line.at);
     if (line.is("appendWidePart"))
-        it += other.wc_str() + inWide(other);
+        it += WidePart(other, line.at);
     if (line.is("insert"))
         it.insert(text, line.at, line.count == -1 ? -1 : Within(line.count, text.size()));
     if (line.is("erase"))
@@ -246,27 +241,29 @@ std::string Apply(Text& it, Text& other, Line const& line) {
     if (line.is("equal"))
         return Described(it == other, it == text.c_str());
     if (line.is("compare"))
-        return Described(Sign(it.compare(text.c_str(), exact)));
-    if (line.is("comparePart"))
         return Described(
-            Sign(it.compare(text.c_str(), inText(it), Within(line.count, 9), exact)));
+            Sign(it.compare(text.c_str(), exact)),
+            Sign(it.compare(text.c_str(), Part(it, line.at) - *it, Within(line.count, 9), exact)));
     if (line.is("compareWide"))
         return Described(Sign(it.compare(line.count == 0 ? nullptr : wide.c_str(), exact)));
     if (line.is("find"))
-        return Find(it, other, text, line.at);
-    if (line.is("read"))
-        stream << it << *it << it[inText(it)];
-    if (line.is("transcodePart")) {
-        char const* const part = other.c_str() + inText(other);
-        return Described(it.transcodeMessage(part, Within(line.count, std::strlen(part))));
+        return Described(it.find(other), it.find(text.c_str(), line.at), it.find(text[0], line.at),
+                         it.find(wide.c_str()), it.find(wide[0]));
+    if (line.is("read")) {
+        std::ostringstream stream;
+        stream << it << *it << *Part(it, line.at) << it[0];
+        return stream.str();
     }
-    if (line.is("transcodeAll"))
-        return Described(it.transcodeMessage(other.c_str() + inText(other), 0xFFFFFFFF));
+    if (line.is("transcodePart")) {
+        char const* const part = Part(other, line.at);
+        bool const all = line.count < 0;
+        return Described(it.transcodeMessage(part, all ? -1 : Within(line.count, strlen(part))));
+    }
     if (line.is("transcodeWidePart")) {
-        wchar_t const* const part = other.wc_str() + inWide(other);
+        wchar_t const* const part = WidePart(other, line.at);
         return Described(it.transcodeMessage(part, Within(line.count, 4 * std::wcslen(part))));
     }
-    return stream.str();
+    return "";
 }
 
 static void Try(std::string const& input) {
