@@ -1,159 +1,145 @@
 #include <CommonAPI/attribute_map.h>
 
-#include <cstring>
+#include "fuzz/target.h"
 
-#include "fuzz/text_model.h"
+template <class Value>
+Value Read(UnicodeString& text) {
+    if constexpr (std::is_same_v<Value, bool>)
+        return strcasecmp(text.c_str(), "True") == 0;
+    else if constexpr (std::is_same_v<Value, int>)
+        return std::atoi(text.c_str());
+    else if constexpr (std::is_same_v<Value, double>)
+        return std::strtod(text.c_str(), nullptr);
+    else if constexpr (std::is_same_v<Value, UnicodeString>)
+        return text;
+    else
+        return text.c_str();
+}
 
-using Entries = std::map<std::string, TextModel>;
+/// The values have a model of their own.
+struct AttributeMapModel : std::map<std::string, UnicodeString> {
+    static inline UnicodeString shared;
 
-static TextModel shared;  ///< what every map yields for a position that is not valid
+    using std::map<std::string, UnicodeString>::operator[];
+
+    AttributeMapModel() = default;
+    AttributeMapModel(AttributeMapModel const& other) = default;
+    AttributeMapModel& operator=(AttributeMapModel other) {
+        swap(other);
+        return *this;
+    }
+    bool fetchIteratorByIndex(long position, iterator& it) {
+        bool const valid = !empty() && position < long(size());
+        if (valid)
+            it = std::next(begin(), std::max(position, 0L));
+        return valid;
+    }
+    UnicodeString& operator[](long position) {
+        iterator it;
+        return fetchIteratorByIndex(position, it) ? it->second : shared;
+    }
+    std::string operator()(long position) {
+        iterator it;
+        return fetchIteratorByIndex(position, it) ? it->first : "";
+    }
+    template <class Value>
+    bool fetchAttributeValueByIndex(long position, std::string& key, Value& value) {
+        iterator it;
+        if (!fetchIteratorByIndex(position, it))
+            return false;
+        key = it->first;
+        Value read = Read<Value>(it->second);
+        value = read;
+        return true;
+    }
+    template <class Value, class Fallback = Value>
+    bool loadMapVariable(std::string const& key, Value& value, Fallback fallback = Fallback()) {
+        auto const it = find(key.c_str());  // up to its first zero
+        bool const found = it != end();
+        Value read = found ? Read<Value>(it->second) : Value(fallback);
+        value = read;
+        return found;
+    }
+    std::size_t removeMapVariable(std::string const& key) { return erase(key); }
+};
+
+/// The forms as they stand, without deriving one.
+static std::string Forms(UnicodeString const& text) {
+    UnicodeString wide(text);
+    UnicodeString narrow(text);
+    wide = "";
+    narrow = L"";
+    return Described(wide.wc_str(), narrow.c_str());
+}
 
 static std::string KeyOf(int number) {
     static std::string const keys[] = {"a", "A", "b", "", std::string("a\0b", 3), "\xFF", "bc"};
     return keys[(number & 0xFF) % std::size(keys)];
 }
 
-/// The text of an entry, which reading it derives.
-static char const* Read(TextModel& value) {
-    value.fillNarrow();
-    return value.narrow.c_str();
+template <class Map, class Value, class Fallback>
+std::string Load(Map& map, std::string const& key, Value value, Fallback fallback) {
+    bool const found = map.loadMapVariable(key, value, fallback);
+    return Described(found, value);
 }
 
-struct Pair {
-    AttributeMap real;
-    Entries model;
-
-    Pair() {
-        shared = TextModel();
-        real[0L].clear();
+template <class Map>
+std::string Apply(Map& it, Map& other, Line const& line) {
+    std::string const key = KeyOf(line.at);
+    std::string name = "old";
+    std::string text = line.text;
+    std::wstring const wide(text.begin(), text.end());
+    if (line.is("set"))
+        it[key] = text;
+    if (line.is("setWide"))
+        it[key] = wide.c_str();
+    if (line.is("setFromOther"))
+        it[key] = other[KeyOf(line.count)];
+    if (line.is("setAtPosition"))
+        it[long(line.count)] = text;
+    if (line.is("load"))
+        return Described(it.loadMapVariable(key, other[long(line.count)]));
+    if (line.is("loadOrDefault"))
+        return Described(it.loadMapVariable(key, other[long(line.count)], other[0L]));
+    if (line.is("loadEach"))
+        return Load(it, key, false, true) + Load(it, key, 7, 9) + Load(it, key, 7.0, 9.5) +
+               Load(it, key, "old", line.text.c_str()) + Load(it, key, text, "default");
+    if (line.is("loadIntoKey")) {
+        name = key;
+        it.loadMapVariable(name, name, "default");
     }
-
-    Entries::iterator at(long position) {
-        bool const valid = position < long(model.size());
-        return valid ? std::next(model.begin(), std::max(position, 0L)) : model.end();
+    if (line.is("fetch"))
+        it.fetchAttributeValueByIndex(line.at, name, other[long(line.count)]);
+    if (line.is("fetchText"))
+        return Described(it.fetchAttributeValueByIndex(line.at, name, text), name, text);
+    if (line.is("remove"))
+        return Described(it.removeMapVariable(key));
+    if (line.is("removeAtPosition"))
+        return Described(it.removeMapVariable(it(line.count)));
+    if (line.is("clear"))
+        it.clear();
+    if (line.is("assignOther"))
+        it = other;
+    if (line.is("copy")) {
+        Map copy(other);
+        copy[key] = text;
+        it = copy;
     }
-    TextModel& valueAt(long position) {
-        return at(position) == model.end() ? shared : at(position)->second;
-    }
+    return name;
+}
 
-    void checkReaders(std::string key) {
-        auto const entry = model.find(key.c_str());  // up to its first zero
-        bool const found = entry != model.end();
-        char const* const text = found ? Read(entry->second) : "";
-        char const* const null = nullptr;
-        auto const load = [&](auto value, auto fallback) {
-            Same(real.loadMapVariable(key, value, fallback), found, "found");
-            return value;
-        };
-        Same(load(false, true), !found || strcasecmp(text, "True") == 0, "bool");
-        Same(load(7, 9), found ? std::atoi(text) : 9, "int");
-        double const number = found ? std::strtod(text, nullptr) : 9.5;
-        Same(std::to_string(load(7.0, 9.5)), std::to_string(number), "double");
-        char const* const pointer = found ? real[entry->first].c_str() : null;
-        Same(load("old", null) == pointer, true, "pointer into the map");
-        Same(load(std::string("old"), null), text, "text, or nothing");
-        std::string value = "old";
-        real.loadMapVariable(key, value, value.c_str());
-        Same(value, found ? text : "old", "text, or its own");
-        real.loadMapVariable(key, key, null);
-        Same(key, text, "text in place of its key");
-    }
+template <class Map>
+std::string State(Map& map) {
+    std::string state = Described(map.size(), map.empty()) + Forms(map[9L]);
+    std::map<std::string, UnicodeString>::iterator entry;
+    bool more = map.fetchIteratorByIndex(-1, entry);
+    for (long position = 0; more; more = ++position < long(map.size()))
+        state += Described(map(position)) + Forms(map[position]);
+    return state;
+}
 
-    void checkPosition(long position) {
-        auto const entry = at(position);
-        bool const valid = entry != model.end();
-        std::string key = "old";
-        std::string value = "old";
-        Same(real(position), valid ? entry->first : "", "key");
-        Same(real.fetchAttributeValueByIndex(position, key, value), valid, "valid");
-        Same(key, valid ? entry->first : "old", "key fetched");
-        Same(value, valid ? Read(entry->second) : "old", "text fetched");
-        UnicodeString forms("old");
-        Same(real.fetchAttributeValueByIndex(position, key, forms), valid, "valid");
-        SameForms(forms, valid ? entry->second : TextModel{L"", "old"});
-    }
-
-    void checkDump() {
-        std::ostringstream lines;
-        std::streambuf* const output = std::cout.rdbuf(lines.rdbuf());
-        real.dumpStringMapContents();
-        std::cout.rdbuf(output);
-        std::string expected;
-        for (auto [key, value] : model)
-            expected += key + " == " + Read(value) + "\n";
-        Same(lines.str(), expected, "dump");
-    }
-
-    void apply(Pair& other, Line const& line) {
-        std::string const& text = line.text;
-        std::string const key = KeyOf(line.at);
-        auto const found = model.find(key.c_str());
-        if (line.is("set")) {
-            real[key] = text;
-            model[key].narrow = text.c_str();
-        } else if (line.is("setWide")) {
-            real[key] = Widened(text).c_str();
-            model[key].wide = Widened(text);
-        } else if (line.is("setFromOther")) {
-            real[key] = other.real[KeyOf(line.count)];
-            TextModel const value = other.model[KeyOf(line.count)];
-            model[key] = value;
-        } else if (line.is("setAtPosition")) {
-            real[long(line.count)] = text;
-            valueAt(line.count).narrow = text.c_str();
-        } else if (line.is("load")) {
-            Same(real.loadMapVariable(key, other.real[long(line.count)]), found != model.end(),
-                 "found");
-            other.valueAt(line.count) =
-                found == model.end() ? TextModel() : TextModel(found->second);
-        } else if (line.is("loadOrDefault")) {
-            Same(real.loadMapVariable(key, other.real[long(line.count)], other.real[0L]),
-                 found != model.end(), "found");
-            other.valueAt(line.count) =
-                TextModel(found == model.end() ? other.valueAt(0) : found->second);
-        } else if (line.is("fetch")) {
-            std::string name;
-            real.fetchAttributeValueByIndex(line.at, name, other.real[long(line.count)]);
-            if (at(line.at) != model.end())
-                other.valueAt(line.count) = TextModel(valueAt(line.at));
-        } else if (line.is("remove")) {
-            Same(real.removeMapVariable(key), model.erase(key), "removed");
-        } else if (line.is("removeAtPosition")) {
-            std::string const own = real(line.count);
-            Same(real.removeMapVariable(real(line.count)), model.erase(own), "removed");
-        } else if (line.is("clear")) {
-            real.clear();
-            model.clear();
-        } else if (line.is("assignOther")) {
-            real = other.real;
-            model = Entries(other.model);
-        } else if (line.is("copy")) {
-            AttributeMap copy(other.real);
-            copy[key] = text;
-            real = copy;
-            model = Entries(other.model);
-            model[key].narrow = text.c_str();
-        } else if (line.is("read")) {
-            checkReaders(key);
-        } else if (line.is("readPosition")) {
-            checkPosition(line.count);
-        } else if (line.is("dump")) {
-            checkDump();
-        }
-    }
-
-    void compare() {
-        Same(real.size(), model.size(), "size");
-        Same(real.empty(), model.empty(), "empty");
-        std::map<std::string, UnicodeString>::iterator entry;
-        Same(real.fetchIteratorByIndex(0, entry), !model.empty(), "first entry");
-        for (auto const& [key, value] : model) {
-            Same(entry->first, key, "key");
-            SameForms(entry->second, value);
-            ++entry;
-        }
-        SameForms(AttributeMap()[0L], shared);
-    }
-};
-
-#include "fuzz/driver.h"
+static void Try(std::string const& input) {
+    AttributeMap()[0L].clear();
+    AttributeMapModel::shared.clear();
+    CompareWithModel<AttributeMap, AttributeMapModel>(input);
+}

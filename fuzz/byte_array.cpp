@@ -1,150 +1,153 @@
 #include <CommonAPI/byte_array.h>
 
-#include "fuzz/model.h"
-#include "types/byte_array_access.h"
+#include <memory>
 
-/// As `sscanf` reads each pair, up to the first that is no number.
-static std::string Parsed(std::string const& digits) {
-    std::string bytes;
-    unsigned int number;
-    for (std::size_t i = 0; i < digits.size(); i += 2) {
-        if (std::sscanf(digits.substr(i, 2).c_str(), "%02X", &number) != 1)
-            break;
-        bytes += static_cast<char>(number);
+#include "fuzz/target.h"
+
+struct ByteArrayModel : std::string {
+    std::string cache;
+
+    using std::string::assign;
+    using std::string::operator=;
+    using std::string::operator+=;
+
+    ByteArrayModel() = default;
+    ByteArrayModel(ByteArrayModel const& other) = default;
+
+    ByteArrayModel& operator=(ByteArrayModel const& other) {
+        std::string::operator=(this == &other ? "" : std::string(other));
+        return *this;
     }
-    return bytes;
-}
-
-static std::string Digits(std::string const& bytes) {
-    std::string digits;
-    char pair[3];
-    for (char const byte : bytes) {
-        std::snprintf(pair, sizeof pair, "%02X", byte & 0xFF);
-        digits += pair;
+    ByteArrayModel& operator=(char const* text) {
+        std::string::operator=(std::string(text ? text : ""));
+        return *this;
     }
-    return digits;
-}
-
-struct Pair {
-    ByteArray real;
-    std::string bytes;
-
-    void checkFind(ByteArray const& pattern, std::string const& text, std::size_t start) {
-        bool const inside = start < bytes.size();
-        Same(real.find(pattern, start), inside ? long(bytes.find(text, start)) : -1, "find");
+    ByteArrayModel& operator=(std::vector<int> const& values) {
+        assign(values.begin(), values.end());
+        return *this;
     }
-
-    void checkRawData() {
-        unsigned char* data = nullptr;
-        long length = -1;
-        real.getRawData(&data, length);
-        Same(length, bytes.empty() ? -1 : long(bytes.size()), "length of raw data");
-        if (data)
-            Same(std::string(data, data + length), bytes, "raw data");
-        delete[] data;
+    ByteArrayModel& operator+=(char const* text) {
+        append(text ? text : "");
+        return *this;
     }
-
-    void overwriteWord(int at, std::string const& text) {
+    char const* operator*() {
+        cache = *this;
+        return cache.c_str();
+    }
+    unsigned int at(long pos) const {
         unsigned int word = 0;
-        for (int i = 0; i < 4; ++i)
-            word = word * 256 + static_cast<unsigned char>(text[i]);
-        real.assign(at, word);
-        bytes.replace(at, 4, text, 0, 4);
-        Same(real.at(at), word, "word");
+        for (char const byte : substr(pos, 4))
+            word = word * 256 + static_cast<unsigned char>(byte);
+        return word;
     }
-
-    void apply(Pair& other, Line const& line) {
-        std::string const& text = line.text;
-        auto const at = Within(line.at, bytes.size());
-        auto const count = Within(line.count, text.size());
-        char const letter = static_cast<char>(line.count);
-        char const* const null = nullptr;
-        if (bytes.size() > 3000)
-            throw NotAllowed();  // or it would double without end
-        if (line.is("assignText")) {
-            real = text.c_str();
-            bytes = text.c_str();
-        } else if (line.is("assignOwnText")) {
-            real = real.c_str();
-            bytes = std::string(bytes.c_str());
-        } else if (line.is("assignNull")) {
-            real = ByteArray(null) += null;
-            real = null;
-            bytes.clear();
-        } else if (line.is("assignString")) {
-            real = text;
-            bytes = text;
-        } else if (line.is("assignNumbers")) {
-            real = std::vector<int>(3, 256 * line.at + line.count);
-            bytes.assign(3, letter);
-        } else if (line.is("assignOther")) {
-            real = other.real;
-            bytes = this == &other ? "" : other.bytes;
-        } else if (line.is("assignData")) {
-            real.assign(text.data(), count);
-            bytes.assign(text, 0, count);
-        } else if (line.is("appendByte")) {
-            real += static_cast<unsigned char>(letter);
-            bytes += letter;
-        } else if (line.is("appendText")) {
-            real += text.c_str();
-            bytes += text.c_str();
-        } else if (line.is("appendOther")) {
-            real += other.real;
-            bytes += std::string(other.bytes);
-        } else if (line.is("appendData")) {
-            real.append(text.data(), count);
-            bytes.append(text, 0, count);
-        } else if (line.is("insert")) {
-            real.insert(at, text.data(), count);
-            bytes.insert(at, text, 0, count);
-        } else if (line.is("insertOwnText")) {
-            real.insert(at, real.c_str(), bytes.size());
-            bytes.insert(at, std::string(bytes));
-        } else if (line.is("erase")) {
-            auto const last = at + Within(line.count, bytes.size() - at);
-            real.erase(at, last);
-            bytes.erase(at, last - at);
-        } else if (line.is("overwriteByte") && at < bytes.size()) {
-            real.assign(at, static_cast<unsigned char>(letter));
-            bytes[at] = letter;
-            Same(real[at], static_cast<unsigned char>(letter), "byte");
-        } else if (line.is("overwriteWord") && at + 4 <= bytes.size() && text.size() >= 4) {
-            overwriteWord(at, text);
-        } else if (line.is("resize")) {
-            int size = Within(line.at, 99);
-            real.resize(size, line.count);
-            real.resize(5L * size, 256 + line.count);
-            bytes.resize(size, letter);
-            bytes.resize(5 * size, letter);
-        } else if (line.is("clear")) {
-            real.clear();
-            bytes.clear();
-        } else if (line.is("find")) {
-            checkFind(ByteArray() += text, text, Within(line.count, 200));
-            checkFind(other.real, other.bytes, Within(line.count, 200));
-        } else if (line.is("getASCIIHex")) {
-            std::string out = text;
-            real.getASCIIHex(out);
-            Same(out, Digits(bytes), "digits");
-        } else if (line.is("loadText")) {
-            real.loadASCIIHex(text);
-            bytes = Parsed(text);
-        } else if (line.is("loadOther")) {
-            real.loadASCIIHex(other.real);
-            bytes = Parsed(this == &other ? "" : other.bytes);
-        } else if (line.is("getRawData")) {
-            checkRawData();
+    void assign(int pos, unsigned char value) { (*this)[pos] = static_cast<char>(value); }
+    void assign(int pos, unsigned int word) {
+        for (int shift = 24; shift >= 0; shift -= 8)
+            (*this)[pos++] = static_cast<char>(word >> shift);
+    }
+    void erase(long first, long last) { std::string::erase(first, last - first); }
+    long find(std::string const& pattern, long start) const {
+        return start < long(size()) ? long(std::string::find(pattern, start)) : -1;
+    }
+    void getASCIIHex(std::string& out) const {
+        char pair[3];
+        out.clear();
+        for (char const byte : *this) {
+            std::snprintf(pair, sizeof pair, "%02X", byte & 0xFF);
+            out += pair;
         }
     }
-
-    void compare() {
-        auto const& content = ByteArrayAccess::bytes(real);
-        Same(std::string(content.begin(), content.end()), bytes, "content");
-        Same(real.length(), bytes.size(), "length");
-        Same(real.empty(), bytes.empty(), "empty");
-        Same(std::string(*real, bytes.size() + 1), bytes + '\0', "text");
+    void loadASCIIHex(std::string const& digits) {
+        unsigned int number;
+        clear();
+        for (std::size_t i = 0; i < digits.size(); i += 2) {
+            if (std::sscanf(digits.substr(i, 2).c_str(), "%02X", &number) != 1)
+                break;
+            push_back(static_cast<char>(number));
+        }
     }
 };
 
-#include "fuzz/driver.h"
+static std::string RawData(ByteArray& array) {
+    unsigned char* data = nullptr;
+    long length = -1;
+    array.getRawData(&data, length);
+    std::unique_ptr<unsigned char[]> const owner(data);
+    return data ? std::string(data, data + length) : std::to_string(length);
+}
+
+static std::string RawData(ByteArrayModel const& model) {
+    return model.empty() ? "-1" : std::string(model);
+}
+
+template <class Array>
+std::string Apply(Array& it, Array& other, Line const& line) {
+    std::string text = line.text;
+    auto const at = Within(line.at, it.length());
+    auto const count = long(Within(line.count, text.size()));
+    auto const byte = static_cast<unsigned char>(line.count);
+    if (it.length() > 3000)
+        throw NotAllowed();  // or it would double without end
+    if (line.is("assignText"))
+        it = line.count == 0 ? nullptr : text.c_str();
+    if (line.is("assignOwnText"))
+        it = *it;
+    if (line.is("assignString"))
+        it = text;
+    if (line.is("assignNumbers"))
+        it = std::vector<int>(3, 256 * line.at + line.count);
+    if (line.is("assignOther"))
+        it = other;
+    if (line.is("assignData"))
+        it.assign(text.data(), count);
+    if (line.is("appendByte"))
+        it += byte;
+    if (line.is("appendText"))
+        it += line.count == 0 ? nullptr : text.c_str();
+    if (line.is("appendString"))
+        it += text;
+    if (line.is("appendOther"))
+        it += other;
+    if (line.is("insert"))
+        it.insert(at, text.data(), count);
+    if (line.is("insertOwnText"))
+        it.insert(at, *it, it.length());
+    if (line.is("erase"))
+        it.erase(at, at + Within(line.count, it.length() - at));
+    if (line.is("overwriteByte") && at < std::size_t(it.length()))
+        it.assign(int(at), byte);
+    if (line.is("overwriteWord") && at + 4 <= std::size_t(it.length()))
+        it.assign(int(at), 0x01020304u * byte);
+    if (line.is("readWord") && at + 4 <= std::size_t(it.length()))
+        return Described(it[at] & 0xFF, it.at(at));
+    if (line.is("resize")) {
+        int size = Within(line.at, 99);
+        it.resize(size, line.count);
+        it.resize(5L * size, 256 + line.count);
+    }
+    if (line.is("clear")) {
+        char const* const kept = *it;
+        it.clear();
+        return kept;
+    }
+    if (line.is("find"))
+        return Described(it.find(other, Within(line.count, 200)));
+    if (line.is("getASCIIHex"))
+        it.getASCIIHex(text);
+    if (line.is("loadText"))
+        it.loadASCIIHex(text);
+    if (line.is("loadOther"))
+        it.loadASCIIHex(other);
+    if (line.is("getRawData"))
+        return RawData(it);
+    return text;
+}
+
+template <class Array>
+std::string State(Array& array) {
+    return Described(array.length(), array.empty(), std::string(*array, array.length() + 1));
+}
+
+static void Try(std::string const& input) {
+    CompareWithModel<ByteArray, ByteArrayModel>(input);
+}

@@ -4,15 +4,13 @@
 
 #include "crypto/blowfish_kernel.h"
 #include "crypto/built_in_passphrase.h"
-#include "fuzz/blowfish_model.h"
-#include "fuzz/model.h"
-#include "types/byte_array_access.h"
+#include "fuzz/target.h"
 
-using List = std::vector<std::string>;
+using Data = std::vector<ByteArray>;
+using Texts = std::vector<std::string>;
 
-static std::string Content(ByteArray const& array) {
-    auto const& bytes = ByteArrayAccess::bytes(array);
-    return {bytes.begin(), bytes.end()};
+static std::string Content(ByteArray array) {
+    return std::string(*array, array.length());
 }
 
 static std::string Padded(std::string data) {
@@ -20,77 +18,64 @@ static std::string Padded(std::string data) {
     return data;
 }
 
-static std::string Hexadecimal(std::string const& data) {
-    std::string digits;
-    for (unsigned char const byte : data)
-        for (int const nibble : {byte >> 4, byte & 15})
-            digits += "0123456789ABCDEF"[nibble];
-    return digits;
+/// Block by block, which the published vectors cover.
+static std::string Transformed(Blowfish& cipher, std::string const& data, bool encrypt) {
+    ByteArray blocks;
+    blocks = data;
+    for (int at = 0; at + 8 <= blocks.length(); at += 8) {
+        Blowfish::Word left = blocks.at(at);
+        Blowfish::Word right = blocks.at(at + 4);
+        if (encrypt)
+            cipher.BF_En(&left, &right);
+        else
+            cipher.BF_De(&left, &right);
+        blocks.assign(at, left);
+        blocks.assign(at + 4, right);
+    }
+    return Content(blocks);
 }
 
-/// The rules for this have a model of their own.
-static std::string Parsed(std::string const& digits) {
-    ByteArray bytes;
-    bytes.loadASCIIHex(digits);
-    return Content(bytes);
-}
-
-/// Takes copies of what is read, as one object may be given as input and output.
-struct FacadeModel {
+/// The buffers have a model of their own.
+struct EncryptionAPIModel {
     int mode = 2;
-    std::shared_ptr<BlowfishModel const> cipher;
+    std::shared_ptr<Blowfish> cipher;
 
     bool encrypts() const { return mode == 3 || mode == 4; }
 
-    void initialize(std::string password, int newMode) {
+    void initializeAPI(ByteArray const& key, int newMode) {
+        std::string password = Content(key);
         mode = newMode;
         if (mode == 4) {
-            BlowfishModel const opener(CommonAPI::internal::BuiltInPassphrase().data());
-            password = opener.transformed(Padded(password), false);
+            Blowfish opener;
+            opener.setPassword(CommonAPI::internal::BuiltInPassphrase().data());
+            password = Transformed(opener, Padded(password), false);
         }
         if (encrypts())  // copies keep the other one
-            cipher = std::make_shared<BlowfishModel>(password.c_str());
+            cipher = std::make_shared<Blowfish>();
+        if (encrypts())
+            cipher->setPassword(password.c_str());
     }
 
-    bool encryptData(std::string in, std::string& out) const {
-        out = encrypts() ? cipher->transformed(Padded(in), true) : in;
+    bool encryptData(ByteArray const& in, ByteArray& out) const {
+        std::string const data = &in == &out ? "" : Content(in);
+        out = encrypts() ? Transformed(*cipher, Padded(data), true) : data;
         return true;
     }
-
-    bool decryptData(std::string in, std::string& out) const {
-        bool const fails = encrypts() && in.size() % 8 != 0;
-        out = fails ? "" : encrypts() ? cipher->transformed(in, false) : in;
+    bool decryptData(ByteArray const& in, ByteArray& out) const {
+        std::string const data = &in == &out ? "" : Content(in);
+        bool const fails = encrypts() && data.size() % 8 != 0;
+        out = fails ? "" : encrypts() ? Transformed(*cipher, data, false) : data;
         return !fails;
     }
-
-    bool encryptString(std::string in, std::string& out) const {
-        if (mode == 2)
-            out = in;
-        if (encrypts())
-            out = Hexadecimal(cipher->transformed(Padded(in), true));
+    bool encryptDataList(Data const in, Data& out) const {
+        for (ByteArray const& item : in)
+            encryptData(item, out.emplace_back());
         return true;
     }
-
-    bool decryptString(std::string in, std::string& out) const {
-        if (mode == 2)
-            out = in;
-        if (!encrypts())
-            return true;
-        if (in.empty() || in.size() % 8 != 0) {
-            out.clear();
-            return in.empty();
-        }
-        std::string const data = Parsed(in);
-        if (data.size() % 8 != 0)
-            return false;
-        out = cipher->transformed(data, false).c_str();
-        return true;
-    }
-
-    bool decryptDataList(List in, List& out) const {
+    bool decryptDataList(Data const in, Data& out) const {
         out.resize(in.size());
         for (std::size_t i = 0; i < in.size(); ++i) {
-            std::string decrypted;
+            ByteArray decrypted;
             if (!decryptData(in[i], decrypted))
                 return false;
             out[i] = decrypted;
@@ -98,100 +83,116 @@ struct FacadeModel {
         return true;
     }
 
-    using Call = bool (FacadeModel::*)(std::string, std::string&) const;
-    bool appendEach(Call call, List in, List& out) const {
-        std::string scratch;
+    bool encryptString(std::string const in, std::string& out) const {
+        if (mode == 2)
+            out = in;
+        if (!encrypts())
+            return true;
+        ByteArray data;
+        data = Transformed(*cipher, Padded(in), true);
+        data.getASCIIHex(out);
+        return true;
+    }
+    bool decryptString(std::string const in, std::string& out) const {
+        if (!encrypts())
+            return encryptString(in, out);
+        if (in.empty() || in.size() % 8 != 0) {
+            out.clear();
+            return in.empty();
+        }
+        ByteArray data;
+        data.loadASCIIHex(in);
+        if (data.length() % 8 != 0)
+            return false;
+        out = Transformed(*cipher, Content(data), false).c_str();
+        return true;
+    }
+    bool encryptStringList(Texts const in, Texts& out) const {
+        std::string encrypted;
         for (std::string const& item : in) {
-            (this->*call)(item, scratch);
-            out.push_back(scratch);
+            encryptString(item, encrypted);
+            out.push_back(encrypted);
         }
         return true;
     }
+    bool decryptStringList(Texts const& in, Texts& out) const { return encryptStringList(in, out); }
 };
 
-struct Pair {
-    EncryptionAPI real;
-    FacadeModel model;
-    std::vector<ByteArray> data{""};
-    List dataModel{""};
-    std::vector<std::string> texts{""};
-    List textsModel{""};
-
-    void runKernels(std::string const& text, std::size_t offset) {
-        if (!model.cipher)
-            return;
-        BlowfishModel const& cipher = *model.cipher;
-        for (auto const& kernel : CommonAPI::internal::BlowfishKernels()) {
-            if (!kernel.supported())
-                continue;
-            std::string copy = text;
-            auto const blocks = reinterpret_cast<unsigned char*>(copy.data()) + offset;
-            kernel.encrypt(cipher.subkeys, cipher.boxes, blocks, (text.size() - offset) / 8);
-            Same(copy, cipher.transformed(text, true, offset), kernel.name);
-            kernel.decrypt(cipher.subkeys, cipher.boxes, blocks, (text.size() - offset) / 8);
-            Same(copy, text, kernel.name);
-        }
-    }
-
-    void apply(Pair& other, Line const& line) {
-        if (data.size() + texts.size() > 40 || texts.back().size() > 3000)
-            throw NotAllowed();  // or they would double without end
-        auto const at = Within(line.at, std::min(other.data.size(), data.size()) - 1);
-        auto const textAt = Within(line.at, std::min(other.texts.size(), texts.size()) - 1);
-        std::string const in = this == &other ? "" : other.dataModel[at];  // assigned to itself
-        bool done = true;
-        bool modelDone = true;
-        if (line.is("initialize")) {
-            static int const modes[] = {3, 4, 3, 4, 2, 7, -1};
-            int const mode = modes[Within(line.count, 6)];
-            real.initializeAPI(other.data[at], mode);
-            model.initialize(other.dataModel[at], mode);
-        } else if (line.is("assignOther")) {
-            real = other.real;
-            model = FacadeModel(other.model);
-        } else if (line.is("add")) {
-            data.emplace_back() = line.text;
-            dataModel.push_back(line.text);
-            texts.push_back(line.text);
-            textsModel.push_back(line.text);
-        } else if (line.is("runKernels")) {
-            std::string const blocks(8 * Within(line.count, 200), 'x');
-            runKernels(line.text + blocks, Within(line.at, line.text.size()));
-        } else if (line.is("encryptData")) {
-            modelDone = model.encryptData(in, dataModel[at]);
-            done = real.encryptData(other.data[at], data[at]);
-        } else if (line.is("decryptData")) {
-            modelDone = model.decryptData(in, dataModel[at]);
-            done = real.decryptData(other.data[at], data[at]);
-        } else if (line.is("encryptString")) {
-            modelDone = model.encryptString(other.textsModel[textAt], textsModel[textAt]);
-            done = real.encryptString(other.texts[textAt], texts[textAt]);
-        } else if (line.is("decryptString")) {
-            modelDone = model.decryptString(other.textsModel[textAt], textsModel[textAt]);
-            done = real.decryptString(other.texts[textAt], texts[textAt]);
-        } else if (line.is("encryptDataList")) {
-            modelDone = model.appendEach(&FacadeModel::encryptData, other.dataModel, dataModel);
-            done = real.encryptDataList(other.data, data);
-        } else if (line.is("decryptDataList")) {
-            modelDone = model.decryptDataList(other.dataModel, dataModel);
-            done = real.decryptDataList(other.data, data);
-        } else if (line.is("encryptStringList")) {
-            modelDone = model.appendEach(&FacadeModel::encryptString, other.textsModel, textsModel);
-            done = real.encryptStringList(other.texts, texts);
-        } else if (line.is("decryptStringList")) {  // which encrypts
-            modelDone = model.appendEach(&FacadeModel::encryptString, other.textsModel, textsModel);
-            done = real.decryptStringList(other.texts, texts);
-        }
-        Same(done, modelDone, "done");
-    }
-
-    void compare() {
-        List contents;
-        for (ByteArray const& item : data)
-            contents.push_back(Content(item));
-        Same(contents == dataModel, true, "data");
-        Same(texts == textsModel, true, "texts");
-    }
+template <class Api>
+struct WithItems {
+    Api api;
+    Data data{""};
+    Texts texts{""};
 };
 
-#include "fuzz/driver.h"
+static void RunKernels(std::string const& before, std::string const& text) {
+    using namespace CommonAPI::internal;
+    auto const& subkeys = initialBlowfishSubkeys;
+    auto const& boxes = initialBlowfishBoxes;
+    Blowfish cipher;
+    std::string const encrypted = Transformed(cipher, text, true);
+    for (auto const& kernel : BlowfishKernels()) {
+        if (!kernel.supported())
+            continue;
+        std::string copy = before + text;
+        auto const blocks = reinterpret_cast<unsigned char*>(copy.data()) + before.size();
+        kernel.encrypt(subkeys, boxes, blocks, text.size() / 8);
+        Same(copy, before + encrypted, kernel.name);
+        kernel.decrypt(subkeys, boxes, blocks, text.size() / 8);
+        Same(copy, before + text, kernel.name);
+    }
+}
+
+template <class It>
+std::string Apply(It& it, It& other, Line const& line) {
+    if (it.data.size() + it.texts.size() > 40 || it.texts.back().size() > 3000)
+        throw NotAllowed();  // or they would double without end
+    auto const at = Within(line.at, std::min(other.data.size(), it.data.size()) - 1);
+    ByteArray& data = it.data[at];
+    std::string& text = it.texts[Within(line.at, it.texts.size() - 1)];
+    std::string const& otherText = other.texts[Within(line.at, other.texts.size() - 1)];
+    if (line.is("initialize")) {
+        int const modes[] = {3, 4, 3, 4, 2, 7, -1};
+        it.api.initializeAPI(other.data[at], modes[Within(line.count, 6)]);
+    }
+    if (line.is("assignOther"))
+        it.api = other.api;
+    if (line.is("add")) {
+        it.data.emplace_back() = line.text;
+        it.texts.push_back(line.text);
+    }
+    if (line.is("encryptData"))
+        return Described(it.api.encryptData(other.data[at], data));
+    if (line.is("decryptData"))
+        return Described(it.api.decryptData(other.data[at], data));
+    if (line.is("encryptString"))
+        return Described(it.api.encryptString(otherText, text));
+    if (line.is("decryptString"))
+        return Described(it.api.decryptString(otherText, text));
+    if (line.is("encryptDataList"))
+        return Described(it.api.encryptDataList(other.data, it.data));
+    if (line.is("decryptDataList"))
+        return Described(it.api.decryptDataList(other.data, it.data));
+    if (line.is("encryptStringList"))
+        return Described(it.api.encryptStringList(other.texts, it.texts));
+    if (line.is("decryptStringList"))  // which encrypts
+        return Described(it.api.decryptStringList(other.texts, it.texts));
+    if (line.is("runKernels"))
+        RunKernels(line.text.substr(0, line.count % 8),
+                   line.text + std::string(8 * Within(line.count, 200), 'x'));
+    return "";
+}
+
+template <class It>
+std::string State(It& it) {
+    std::string state;
+    for (ByteArray const& item : it.data)
+        state += Content(item) + '\n';
+    for (std::string const& item : it.texts)
+        state += item + '\n';
+    return state;
+}
+
+static void Try(std::string const& input) {
+    CompareWithModel<WithItems<EncryptionAPI>, WithItems<EncryptionAPIModel>>(input);
+}

@@ -1,25 +1,27 @@
 #pragma once
 
+#include <charconv>
 #include <cstdlib>
 #include <iostream>
-#include <sstream>
+#include <set>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <vector>
 
-// A model is plain code of a class's rules, kept beside an object of that class: the same
-// operations are applied to both, and the two are compared after each. An input has an operation a
-// line.
+// A model is plain code of a class's rules under the class's names. Operations, written once for
+// both, are applied to three objects of the class and to three models: what they return, and what
+// the objects hold afterwards, must be the same. An input has an operation a line.
 
 /// An operation's name, a blank, numbers as single characters ('0' is 0 and '/' is -1), and a text.
 struct Line {
     explicit Line(std::string_view line)
         : name(line.substr(0, line.find(' '))), rest(line.substr(name.size())) {}
 
-    bool is(std::string_view operation) const {
-        if (allNames)
-            allNames->emplace_back(operation);
+    bool is(char const* operation) const {
+        if (name.empty())
+            allNames.insert(operation);
         return name == operation;
     }
     int number(std::size_t index) const {
@@ -28,10 +30,12 @@ struct Line {
 
     std::string_view name;
     std::string_view rest;
+    std::size_t own = (number(1) & 0xFF) % 3;
+    std::size_t other = (number(2) & 0xFF) % 3;
     int at = number(3);
     int count = number(4);
     std::string text{rest.substr(std::min<std::size_t>(5, rest.size()))};
-    static inline std::vector<std::string>* allNames = nullptr;  ///< collects what is asked for
+    static inline std::set<std::string> allNames;  ///< which a line without a name collects
 };
 
 /// Ends an input at what callers may not do.
@@ -40,17 +44,29 @@ struct NotAllowed {};
 inline std::vector<std::string_view> applied;  ///< lines of the present input
 
 template <class Value>
-std::string Described(Value const& value) {
-    std::ostringstream stream;
+void Describe(std::string& text, Value const& value) {
     if constexpr (std::is_arithmetic_v<Value>)
-        stream << value;
+        text += std::to_string(value);
+    else if constexpr (std::is_pointer_v<Value>)
+        return value ? Describe(text, std::basic_string_view(value)) : Describe(text, false);
     else
-        for (auto const c : value)
+        for (auto const c : value) {
+            char code[8];
+            auto const bits = c & (sizeof c == 1 ? 0xFFu : ~0u);
             if (c >= ' ' && c <= '~')
-                stream << static_cast<char>(c);
+                text += static_cast<char>(c);
             else
-                stream << "\\x{" << std::hex << (c & (sizeof c == 1 ? 0xFFu : ~0u)) << '}';
-    return stream.str();
+                text.append("\\x").append(code, std::to_chars(code, code + 8, bits, 16).ptr);
+        }
+    text += "; ";
+}
+
+/// Numbers, texts of both widths and null.
+template <class... Values>
+std::string Described(Values const&... values) {
+    std::string text;
+    (Describe(text, values), ...);
+    return text;
 }
 
 inline void PrintApplied() {
@@ -59,8 +75,7 @@ inline void PrintApplied() {
         std::cerr << "    " << Described(line) << std::endl;
 }
 
-template <class Value>
-void Same(Value const& library, std::type_identity_t<Value> const& model, char const* what) {
+inline void Same(std::string const& library, std::string const& model, char const* what) {
     if (library == model)
         return;
     std::cerr << what << "\n    library: " << Described(library)
@@ -72,4 +87,34 @@ void Same(Value const& library, std::type_identity_t<Value> const& model, char c
 /// The nearest position, or count, that there is.
 inline std::size_t Within(int position, std::size_t size) {
     return position < 0 ? 0 : std::min<std::size_t>(position, size);
+}
+
+template <class Type>
+std::string ReturnedOrThrown(Type (&objects)[3], Line const& line) {
+    try {
+        return Apply(objects[line.own], objects[line.other], line);
+    } catch (std::out_of_range const&) {
+        return "out of range";
+    }
+}
+
+/// With `Apply`, which describes what an operation returns, and `State` of the target.
+template <class Class, class Model>
+void CompareWithModel(std::string_view input) {
+    Class objects[3];
+    Model models[3];
+    applied.clear();
+    while (!input.empty()) {
+        applied.push_back(input.substr(0, input.find('\n')));
+        input.remove_prefix(std::min(applied.back().size() + 1, input.size()));
+        Line const line(applied.back());
+        try {
+            std::string const returned = ReturnedOrThrown(models, line);
+            Same(ReturnedOrThrown(objects, line), returned, "returned");
+        } catch (NotAllowed const&) {
+            return;
+        }
+        for (std::size_t const index : {line.own, line.other})
+            Same(State(objects[index]), State(models[index]), "held");
+    }
 }

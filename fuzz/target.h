@@ -1,13 +1,16 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <functional>
-#include <iostream>
 #include <map>
+#include <random>
 
 #include "examples/files.h"
+#include "fuzz/model.h"
 
 /// Each target puts the input through the library and through a model of it.
 static void Try(std::string const& input);
@@ -19,16 +22,72 @@ inline void Check(bool agree, int line = __builtin_LINE()) {
     std::abort();
 }
 
-#ifdef REPLAY  // each file of a folder
-int main(int, char** arguments) {
+#ifdef REPLAY
+
+extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*)());
+
+/// Pieces that something begins or ends at, some of them many times.
+inline std::string RandomText(std::minstd_rand& random) {
+    static std::string const pieces[] = {
+        "a",     "bc",   "B",        "0",        "1f",     "A9",         "G",
+        "/:@g`", " ",    "+",        "-",        "x",      ".",          "e",
+        "tRuE",  "True", "key",      "12345678", "\t",     "\x81",       "\xF2",
+        "\xC3",  "\xFF", "\xE2\x82", "\u00e9",   "\u20ac", "\U0001F600", std::string(1, '\0')};
+    std::string text;
+    for (auto count = random() % 6; count > 0; --count) {
+        std::string const& piece = pieces[random() % std::size(pieces)];
+        for (auto times = random() % 20 == 0 ? random() % 90 : 1; times > 0; --times)
+            text += piece;
+    }
+    return text;
+}
+
+inline std::string RandomLine(std::minstd_rand& random) {
+    auto const name = std::next(Line::allNames.begin(), random() % Line::allNames.size());
+    std::string line = *name + ' ';
+    for (int number = 1; number <= 4; ++number)
+        line += "0123456789/0123A"[random() % 16];
+    if (random() % 16 == 0)
+        line.back() = static_cast<char>('0' + random() % 200);
+    return line + RandomText(random) + '\n';
+}
+
+inline void TryAtRandom(long wanted, unsigned int seed) {
+    Try("\n");  // which collects the names
+    std::minstd_rand random(seed);
+    auto const start = std::chrono::steady_clock::now();
+    for (long done = 0; done < wanted; done += applied.size()) {
+        std::string input;
+        for (auto lines = 1 + random() % 30; lines > 0; --lines)
+            input += RandomLine(random);
+        Try(input);
+    }
+    std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
+    std::cout << long(wanted / seconds.count()) << " operations compared a second\n";
+}
+
+/// FOLDER [COUNT-OF-RANDOM-OPERATIONS [SEED]]
+int main(int count, char** arguments) {
+    for (int const number : {SIGSEGV, SIGBUS, SIGFPE, SIGTERM})
+        std::signal(number, [](int) {
+            PrintApplied();
+            std::abort();
+        });
+    if (__sanitizer_set_death_callback)
+        __sanitizer_set_death_callback(PrintApplied);
     for (auto const& file : std::filesystem::directory_iterator(arguments[1])) {
         std::cerr << file.path() << std::endl;  // the last one shown is the one that fails
         Try(ReadFile(file.path()));
     }
+    if (count > 2)
+        TryAtRandom(std::atol(arguments[2]), count > 3 ? std::atoi(arguments[3]) : 1);
 }
+
 #else
+
 extern "C" int LLVMFuzzerTestOneInput(char const* data, std::size_t size) {
     Try({data, size});
     return 0;
 }
+
 #endif

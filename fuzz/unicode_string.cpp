@@ -1,229 +1,271 @@
+#include <CommonAPI/unicode_string.h>
+
+#include <cerrno>
 #include <clocale>
-#include <cstring>
 #include <cwctype>
-#include <stdexcept>
 
-#include "fuzz/text_model.h"
+#include "fuzz/target.h"
+#include "types/converter.h"
+#include "types/requirement.h"
 
-static constexpr std::size_t toTheEnd = 1 << 20;
 static char const* const locale = std::setlocale(LC_CTYPE, "C.UTF-8");
+
+/// One call of the converter: nothing for illegal text, else what it has written up to a zero.
+template <class Character>
+std::basic_string<Character> Converted(void const* text, std::size_t bytes, std::size_t room) {
+    using namespace CommonAPI::internal;
+    static Converter const converter = sizeof(Character) == 1 ? OpenConverter("UTF-8", "WCHAR_T")
+                                                              : OpenConverter("WCHAR_T", "UTF-8");
+    std::basic_string<Character> result(room / sizeof(Character) + 1, 0);
+    auto from = static_cast<char const*>(text);
+    auto to = reinterpret_cast<char*>(result.data());
+    errno = 0;
+    Convert(converter, &from, &bytes, &to, &room);
+    bool const cut = sizeof(Character) != 1 && errno == EINVAL;
+    if (cut && !hardened)
+        throw NotAllowed();  // the rest of the last character would be waited for
+    return cut || errno == EILSEQ ? std::basic_string<Character>() : result.c_str();
+}
 
 static int Sign(int difference) {
     return (difference > 0) - (difference < 0);
 }
 
-static int Compared(char const* a, char const* b, std::size_t count, bool exact) {
-    return Sign(exact ? std::strncmp(a, b, count) : strncasecmp(a, b, count));
-}
+/// A form without a character is not held.
+struct UnicodeStringModel {
+    std::wstring wide;
+    std::string narrow;
 
-/// The second text is read as far as the first one's length.
-static int ComparedFolded(std::wstring a, std::wstring b) {
-    b.resize(a.size());
-    for (std::wstring* const text : {&a, &b})
-        for (wchar_t& c : *text)
-            c = static_cast<wchar_t>(std::towupper(c));
-    return Sign(a.compare(b));
-}
+    UnicodeStringModel() = default;
+    explicit UnicodeStringModel(std::string const& text) : narrow(text.c_str()) {}
+    explicit UnicodeStringModel(std::wstring const& text) : wide(text) {}
+    UnicodeStringModel(char const*, char const* text) : narrow(text) {}
 
-struct Pair {
-    UnicodeString real;
-    TextModel model;
-
-    /// A position in what `c_str()` hands out.
-    std::size_t inNarrow(int position) {
-        model.fillNarrow();
-        return Within(position, model.narrow.size());
+    void toNarrow(std::size_t bytes) { narrow = Converted<char>(wide.data(), bytes, bytes + 1); }
+    void toWide() {
+        wide = Converted<wchar_t>(narrow.data(), narrow.size(), narrow.size() * sizeof(wchar_t));
+        narrow = narrow.c_str();
     }
-    std::size_t inWide(int position) {
-        model.fillWide();
-        return Within(position, model.wide.size());
-    }
+    /// The length in characters is taken for a count of bytes.
+    void narrowFromQuarter() { toNarrow(wide.size()); }
 
-    void appendNarrow(std::string const& text) {
-        model.narrow += text.c_str();
-        if (!model.wide.empty())
-            model.toWide();
+    UnicodeStringModel& operator=(std::string const& text) {
+        narrow = text.c_str();
+        return *this;
     }
-    void appendWide(std::wstring const& text) {
-        model.wide += text;
-        if (!model.narrow.empty())
-            model.narrowFromQuarter();
+    UnicodeStringModel& operator=(std::wstring const& text) {
+        wide = text;
+        return *this;
     }
+    UnicodeStringModel& operator=(long number) {
+        narrow = std::to_string(number);
+        narrow.insert(0, 511 - narrow.size(), ' ');
+        return *this;
+    }
+    void operator+=(char const* text) {
+        if (!text)
+            return;
+        narrow += text;
+        if (!wide.empty())
+            toWide();
+    }
+    void operator+=(wchar_t const* text) {
+        if (!text)
+            return;
+        wide += text;
+        if (!narrow.empty())
+            narrowFromQuarter();
+    }
+    void operator+=(std::string const& text) { *this += text.c_str(); }
+    void operator+=(float number) { *this += std::to_string(number); }
+    void operator+=(UnicodeStringModel other) {
+        if (other.wide.empty())
+            *this += other.narrow;
+        else
+            *this += other.wide.c_str();
+    }
+    void insert(std::string const& text, long position, long count) {
+        if (narrow.empty())
+            narrowFromQuarter();
+        narrow.insert(position, text, 0, count);
+    }
+    void erase(int position, int count) {
+        wide.erase(position, count);
+        if (!narrow.empty())
+            narrowFromQuarter();
+    }
+    void clear() { *this = UnicodeStringModel(); }
 
-    template <class Call>
-    void checkPosition(Call const& call, bool valid) {
-        try {
-            call();
-            Same(true, valid, "the position is valid");
-        } catch (std::out_of_range const&) {
-            Same(false, valid, "the position is valid");
-        }
+    char const* c_str() {
+        if (narrow.empty() && !wide.empty())
+            toNarrow(wide.size() * sizeof(wchar_t));
+        return narrow.c_str();
     }
-
-    void checkFind(Pair& other, std::string const& text, int at) {
-        std::wstring const wide = Widened(text);
-        other.model.fillWide();
-        Same(real.find(other.real), long(model.wide.find(other.model.wide)), "other");
-        Same(real.find(text.c_str(), at), long(model.narrow.find(text.c_str(), at)), "text");
-        Same(real.find(text[0], at), long(model.narrow.find(text[0], at)), "character");
-        Same(real.find(wide.c_str()), long(model.wide.find(wide)), "wide text");
-        Same(real.find(wide[0]), long(model.wide.find(wide[0])), "wide character");
+    wchar_t const* wc_str() {
+        if (wide.empty() && !narrow.empty())
+            toWide();
+        return wide.c_str();
     }
-
-    void checkCompare(char const* text, int position, std::size_t count, bool exact) {
-        auto const at = inNarrow(position);
-        char const* const all = model.narrow.c_str();
-        Same(Sign(real.compare(text, exact)), Compared(all, text, toTheEnd, exact), "compare");
-        Same(Sign(real.compare(text, at, count, exact)),
-             Compared(all + at, text, count == 0 ? toTheEnd : count, exact), "compare a part");
-        Same(real == text, std::strcmp(all, text) == 0, "equal");
+    char const* operator*() { return c_str(); }
+    char operator[](int index) { return c_str()[index]; }
+    bool operator!() const { return empty(); }
+    bool empty() const { return wide.empty() && narrow.empty(); }
+    long length() const {
+        return !wide.empty() ? wide.size() : !narrow.empty() ? long(narrow.size()) : -1;
     }
-
-    void checkCompareWide(std::wstring const& text) {
-        bool const held = !model.wide.empty();
-        wchar_t const* const null = nullptr;
-        Same(real.compare(null, true), held ? 1 : 0, "null");
-        Same(Sign(real.compare(text.c_str(), true)), held ? Sign(model.wide.compare(text)) : -1,
-             "exact");
-        Same(Sign(real.compare(text.c_str(), false)), held ? ComparedFolded(model.wide, text) : -1,
-             "folded");
+    std::string substr(long position, long count) {
+        if (narrow.empty())
+            narrowFromQuarter();
+        return narrow.substr(position, count);
     }
-
-    void checkRead(int position) {
-        auto const at = inNarrow(position);
-        std::ostringstream stream;
-        stream << real;
-        Same(stream.str(), model.narrow.c_str(), "written");
-        Same(real[at], model.narrow[at], "byte");
-        Same(std::string(*real), model.narrow.c_str(), "text");
+    bool operator==(char const* text) { return std::string(c_str()) == text; }
+    bool operator==(UnicodeStringModel& other) {
+        other.wc_str();
+        return std::wstring(wc_str()) == other.wc_str();
     }
-
-    void transcode(char const* text, std::string const& copy, int wanted) {
-        bool const all = wanted < 0;
-        auto const count = Within(wanted, copy.size());
-        model.narrow = all ? copy.c_str() : copy.substr(0, count);
-        model.toWide();
-        model.narrow = copy.c_str();
-        Same<std::wstring>(real.transcodeMessage(text, all ? 0xFFFFFFFF : count), model.wide,
-                           "returned");
+    int compare(char const* text, bool exact) { return compare(text, 0, 0, exact); }
+    int compare(char const* text, long position, long count, bool exact) {
+        std::size_t const most = count == 0 ? 1 << 20 : count;
+        char const* const from = c_str() + position;
+        return exact ? std::strncmp(from, text, most) : strncasecmp(from, text, most);
     }
-
-    void apply(Pair& other, Line const& line) {
-        std::string const& text = line.text;
-        if (model.narrow.size() > 3000)
-            throw NotAllowed();  // or it would double without end
-        if (line.is("assignText")) {
-            real = text;
-            model.narrow = text.c_str();
-        } else if (line.is("assignWide")) {
-            model.wide = Widened(text);
-            real = model.wide.c_str();
-        } else if (line.is("assignNumber")) {
-            long const number = 10007L * line.at * line.count;
-            real = number;
-            model.narrow = std::to_string(number);
-            model.narrow.insert(0, 511 - model.narrow.size(), ' ');
-        } else if (line.is("assignOther")) {
-            real = other.real;
-            model = TextModel(other.model);
-        } else if (line.is("assignPart")) {
-            auto const at = other.inNarrow(line.at);
-            real = other.real.c_str() + at;
-            model.narrow = std::string(other.model.narrow.c_str() + at);
-        } else if (line.is("assignWidePart")) {
-            auto const at = other.inWide(line.at);
-            real = other.real.wc_str() + at;
-            model.wide = other.model.wide.substr(at);
-        } else if (line.is("make")) {
-            SameForms(UnicodeString(text), {L"", text.c_str()});
-            SameForms(UnicodeString("ISO-8859-1", text.c_str()), {L"", text.c_str()});
-            SameForms(UnicodeString(Widened(text).c_str()), {Widened(text), ""});
-        } else if (line.is("appendString")) {
-            appendNarrow(text);
-            real += text;
-        } else if (line.is("appendNumber")) {
-            appendNarrow(std::to_string(line.count / 2.0f));
-            real += line.count / 2.0f;
-        } else if (line.is("appendNull")) {
-            real += static_cast<char const*>(nullptr);
-            real += static_cast<wchar_t const*>(nullptr);
-        } else if (line.is("appendOther")) {
-            TextModel const copy = other.model;
-            if (copy.wide.empty())
-                appendNarrow(copy.narrow);
-            else
-                appendWide(copy.wide);
-            real += other.real;
-        } else if (line.is("appendPart")) {
-            auto const at = other.inNarrow(line.at);
-            char const* const part = other.real.c_str() + at;
-            appendNarrow(std::string(other.model.narrow.c_str() + at));
-            real += part;
-        } else if (line.is("appendWidePart")) {
-            auto const at = other.inWide(line.at);
-            wchar_t const* const part = other.real.wc_str() + at;
-            appendWide(other.model.wide.substr(at));
-            real += part;
-        } else if (line.is("insert")) {
-            if (model.narrow.empty())
-                model.narrowFromQuarter();
-            bool const valid = line.at == int(Within(line.at, model.narrow.size()));
-            long const count = line.count == -1 ? -1 : long(Within(line.count, text.size()));
-            checkPosition([&] { real.insert(text, line.at, count); }, valid);
-            if (valid)
-                model.narrow.insert(line.at, text, 0, count);
-        } else if (line.is("erase")) {
-            bool const valid = line.at == int(Within(line.at, model.wide.size()));
-            checkPosition([&] { real.erase(line.at, line.count); }, valid);
-            if (valid)
-                model.wide.erase(line.at, line.count);
-            if (valid && !model.narrow.empty())
-                model.narrowFromQuarter();
-        } else if (line.is("substr")) {
-            if (model.narrow.empty())
-                model.narrowFromQuarter();
-            bool const valid = line.at == int(Within(line.at, model.narrow.size()));
-            std::string part;
-            checkPosition([&] { part = real.substr(line.at, line.count); }, valid);
-            Same(part, valid ? model.narrow.substr(line.at, line.count) : "", "part");
-        } else if (line.is("clear")) {
-            real.clear();
-            model = TextModel();
-        } else if (line.is("wc_str")) {
-            model.fillWide();
-            Same<std::wstring>(real.wc_str(), model.wide, "wc_str");
-        } else if (line.is("equal")) {
-            other.model.fillWide();
-            model.fillWide();
-            Same(real == other.real, model.wide == other.model.wide, "equal");
-        } else if (line.is("compare")) {
-            checkCompare(text.c_str(), line.at, Within(line.count, 9), line.number(1) % 2 == 0);
-        } else if (line.is("compareWide")) {
-            checkCompareWide(Widened(text));
-        } else if (line.is("find")) {
-            checkFind(other, text, line.at);
-        } else if (line.is("read")) {
-            checkRead(line.at);
-        } else if (line.is("transcodePart")) {
-            auto const at = other.inNarrow(line.at);
-            char const* const part = other.real.c_str() + at;
-            transcode(part, other.model.narrow.substr(at), line.count);
-        } else if (line.is("transcodeWidePart")) {
-            auto const at = other.inWide(line.at);
-            wchar_t const* const part = other.real.wc_str() + at;
-            auto const bytes = Within(line.count, 4 * (other.model.wide.size() - at));
-            model.narrow = Converted<char>(other.model.wide.data() + at, bytes, bytes + 1);
-            Same<std::string>(real.transcodeMessage(part, bytes), model.narrow, "returned");
-        }
+    int compare(wchar_t const* text, bool exact) {
+        if (wide.empty() || !text)
+            return wide.empty() ? text ? -1 : 0 : 1;
+        std::wstring a = wide;
+        std::wstring b = text;
+        if (exact)
+            return a.compare(b);
+        b.resize(a.size());  // read as far as the first one's length
+        for (std::wstring* const folded : {&a, &b})
+            for (wchar_t& c : *folded)
+                c = static_cast<wchar_t>(std::towupper(c));
+        return a.compare(b);
     }
+    long find(auto text, long position) { return narrow.find(text, position); }
+    long find(auto text) { return wide.find(text); }
+    long find(UnicodeStringModel& other) { return wide.find(other.wc_str()); }
 
-    void compare() {
-        SameForms(real, model);
-        long const length = model.wide.empty() ? model.narrow.size() : model.wide.size();
-        Same(real.length(), length == 0 ? -1 : length, "length");
-        Same(real.empty(), length == 0, "empty");
-        Same(!real, length == 0, "!");
+    wchar_t const* transcodeMessage(char const* text, unsigned int count) {
+        std::string const all = text;
+        narrow = all.substr(0, count);
+        toWide();
+        narrow = all;
+        return wide.c_str();
+    }
+    char const* transcodeMessage(wchar_t const* text, unsigned int count) {
+        narrow = Converted<char>(text, count, count + 1);
+        return narrow.c_str();
     }
 };
 
-#include "fuzz/driver.h"
+static std::ostream& operator<<(std::ostream& stream, UnicodeStringModel& text) {
+    return stream << text.c_str();
+}
+
+/// A character for each byte: of each length in UTF-8, and some illegal.
+static std::wstring Widened(std::string const& text) {
+    std::wstring wide;
+    for (unsigned char const c : text)
+        wide += static_cast<wchar_t>(c < 0x80 ? c : c << (c % 4 == 0 ? 13 : c % 2 == 0 ? 3 : 8));
+    return wide.c_str();
+}
+
+template <class Text>
+std::string State(Text& text) {
+    Text wide(text);
+    Text narrow(text);
+    wide = "";
+    narrow = L"";
+    return Described(wide.wc_str(), narrow.substr(0, -1), text.length(), text.empty(), !text);
+}
+
+template <class Text>
+char const* Part(Text& text, int at) {
+    auto const position = Within(at, std::strlen(text.c_str()));
+    return text.c_str() + position;
+}
+
+template <class Text>
+wchar_t const* WidePart(Text& text, int at) {
+    text.wc_str();  // which may cut the narrow form, so that the next one succeeds
+    auto const position = Within(at, std::wcslen(text.wc_str()));
+    return text.wc_str() + position;
+}
+
+template <class Text>
+std::string Apply(Text& it, Text& other, Line const& line) {
+    std::string const& text = line.text;
+    std::wstring const wide = Widened(text);
+    bool const exact = line.number(1) % 2 == 0;
+    if (it.length() > 3000)
+        throw NotAllowed();  // or it would double without end
+    if (line.is("assignText"))
+        it = text;
+    if (line.is("assignWide"))
+        it = wide.c_str();
+    if (line.is("assignNumber"))
+        it = 10007L * line.at * line.count;
+    if (line.is("assignOther"))
+        it = other;
+    if (line.is("assignPart"))
+        it = Part(other, line.at);
+    if (line.is("assignWidePart"))
+        it = WidePart(other, line.at);
+    if (line.is("make")) {
+        Text made[] = {Text(text), Text("ISO-8859-1", text.c_str()), Text(wide.c_str())};
+        return State(made[0]) + State(made[1]) + State(made[2]);
+    }
+    if (line.is("appendString"))
+        it += text;
+    if (line.is("appendWide"))
+        it += line.count == 0 ? nullptr : wide.c_str();
+    if (line.is("appendNumber"))
+        it += line.count / 2.0f;
+    if (line.is("appendOther"))
+        it += other;
+    if (line.is("appendPart"))
+        it += line.count == 0 ? nullptr : Part(other, line.at);
+    if (line.is("appendWidePart"))
+        it += WidePart(other, line.at);
+    if (line.is("insert"))
+        it.insert(text, line.at, line.count == -1 ? -1 : Within(line.count, text.size()));
+    if (line.is("erase"))
+        it.erase(line.at, line.count);
+    if (line.is("substr"))
+        return it.substr(line.at, line.count);
+    if (line.is("clear"))
+        it.clear();
+    if (line.is("wc_str"))
+        return Described(it.wc_str());
+    if (line.is("equal"))
+        return Described(it == other, it == text.c_str());
+    if (line.is("compare"))
+        return Described(
+            Sign(it.compare(text.c_str(), exact)),
+            Sign(it.compare(text.c_str(), Part(it, line.at) - *it, Within(line.count, 9), exact)));
+    if (line.is("compareWide"))
+        return Described(Sign(it.compare(line.count == 0 ? nullptr : wide.c_str(), exact)));
+    if (line.is("find"))
+        return Described(it.find(other), it.find(text.c_str(), line.at), it.find(text[0], line.at),
+                         it.find(wide.c_str()), it.find(wide[0]));
+    if (line.is("read")) {
+        std::ostringstream stream;
+        stream << it << *it << *Part(it, line.at) << it[0];
+        return stream.str();
+    }
+    if (line.is("transcodePart")) {
+        char const* const part = Part(other, line.at);
+        bool const all = line.count < 0;
+        return Described(it.transcodeMessage(part, all ? -1 : Within(line.count, strlen(part))));
+    }
+    if (line.is("transcodeWidePart")) {
+        wchar_t const* const part = WidePart(other, line.at);
+        return Described(it.transcodeMessage(part, Within(line.count, 4 * std::wcslen(part))));
+    }
+    return "";
+}
+
+static void Try(std::string const& input) {
+    CompareWithModel<UnicodeString, UnicodeStringModel>(input);
+}
