@@ -8,11 +8,9 @@ static Outcome Run(std::vector<std::string> arguments, std::string const& input)
     setenv("PW", "key", 1);  // again, as the command overwrites it
     std::istringstream in(input);
     std::ostringstream out, err;
-    std::vector<char*> pointers;
-    pointers.reserve(arguments.size() + 1);
-    for (std::string& argument : arguments)
-        pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
+    std::vector<char*> pointers(arguments.size() + 1);
+    std::transform(arguments.begin(), arguments.end(), pointers.begin(),
+                   [](std::string& argument) { return argument.data(); });
     std::streambuf* const streams[] = {std::cin.rdbuf(in.rdbuf()), std::cout.rdbuf(out.rdbuf()),
                                        std::cerr.rdbuf(err.rdbuf())};
     int const status = RunCommand(static_cast<int>(arguments.size()), pointers.data());

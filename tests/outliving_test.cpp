@@ -3,65 +3,57 @@
 #include <CommonAPI/shared_object_loader.h>
 #include <CommonAPI/signal_trap.h>
 #include <dlfcn.h>
+#include <stdlib.h>
 
-#include <iostream>
-
-#include "ends_last.h"
 #include "support/child_process.h"
 
-/// The lines that the end of a process leaves on standard error, without times.
-static std::string ErrorsOf(void (*theEnd)(), int& status) {
-    ChildResult const child = RunInChild([theEnd] {
-        AttributeMap settings;
-        settings["Global"] = "3";
-        settings["a module whose name needs memory"] = "4";
-        InitializeLogger("/dev/null", &settings, "sample", false);
-        TrapExceptionSignal(SIGSEGV, nullptr);
-        CallAtTheEnd(theEnd);
+static void (*theEnd)() = [] {};
+
+// Called before any library is initialised, and so heard after all of them have ended.
+[[gnu::section(".preinit_array"), gnu::used]] static void (*registerTheEnd)() = [] {
+    on_exit([](int, void*) { theEnd(); }, nullptr);
+};
+
+struct LogsFromItsDestructor {
+    std::string text;
+    ~LogsFromItsDestructor() {
+        LogMessageBuffer = text;
+        LogStringMessage(4, "Static", LogMessageBuffer);
+    }
+};
+
+TEST(Outliving, DestructorsLogAsLongAsThereAreAny) {
+    TemporaryFile const log;
+    ChildResult const child = RunInChild([&log] {
+        static LogsFromItsDestructor const outlivesTheLog{"after the log"};
+        OpenLog(log.path(), {{"Global", "3"}, {"Static", "4"}});
+        static LogsFromItsDestructor const goesBeforeTheLog{"before its end"};
+        theEnd = [] {
+            LogMessage(4, "Net", "filtered");
+            LogsFromItsDestructor{"after the library, whose text needs memory"};
+        };
     });
-    status = child.status;
-    std::string lines;
-    std::istringstream errors(child.errors);
-    for (std::string line; std::getline(errors, line);)
-        if (!line.empty())
-            lines += line.substr(line.find(" - ") == 8 ? 11 : 0) + "\n";
-    return lines;
+    EXPECT_EQ(LinesAfterHeader(ContentOf(log.path())),
+              "Static:  before its end\n" + closingLine);
+    EXPECT_EQ(LinesAfterHeader(child.errors),
+              "Static:  after the log\n\nStatic:  after the library, whose text needs memory\n\n");
 }
 
-TEST(Outliving, LogsByTheLastThresholds) {
-    int status;
-    EXPECT_EQ(ErrorsOf(
-                  [] {
-                      LogMessage(4, "Net", "filtered");
-                      LogMessage(3, "Net", "passes");
-                      LogMessageBuffer = "a text that needs memory";
-                      LogStringMessage(4, "a module whose name needs memory", LogMessageBuffer);
-                  },
-                  status),
-              "WARNING/Net:  passes\n"
-              "a module whose name needs memory:  a text that needs memory\n");
-    EXPECT_EQ(status, 0);
-}
-
-TEST(Outliving, FindsPaperSizesPluginsAndSettings) {
-    int status;
-    EXPECT_EQ(ErrorsOf(
-                  [] {
-                      PaperSize().findMediaDataByKey("A4");
-                      OpenSharedLibrary("/no/such", RTLD_NOW);
-                      std::cerr << AttributeMap()(0) << AttributeMap()[0L].length() << std::endl;
-                  },
-                  status),
-              "WARNING/PaperSizeAPI:  findMediaDataByKey: Failed to find media:  A4\n"
-              "FATAL/SharedObjectResource::loadResource():  Failed to load library (/no/such):  "
-              "/no/such: cannot open shared object file: No such file or directory\n"
-              "-1\n");
-    EXPECT_EQ(status, 0);
-}
-
-TEST(Outliving, ReportsATrappedSignal) {
-    int status;
-    std::string const errors = ErrorsOf([] { raise(SIGSEGV); }, status);
-    EXPECT_THAT(errors, testing::HasSubstr("Exception Signal:  SIGSEGV (11)"));
-    EXPECT_EQ(status, 0);
+TEST(Outliving, AllServicesWork) {
+    ChildResult const child = RunInChild([] {
+        OpenLog("/dev/null", {{"Global", "3"}});
+        TrapExceptionSignal(SIGSEGV, nullptr);
+        theEnd = [] {
+            PaperSize().findMediaDataByKey("A4");
+            OpenSharedLibrary("/no/such", RTLD_NOW);
+            std::cerr << AttributeMap()(0) << AttributeMap()[0L].length() << std::endl;
+            raise(SIGSEGV);
+        };
+    });
+    EXPECT_EQ(child.status, 0);
+    std::string const lines = LinesAfterHeader(child.errors);
+    EXPECT_THAT(lines, testing::HasSubstr("Failed to find media:  A4\n"));
+    EXPECT_THAT(lines, testing::HasSubstr("Failed to load library (/no/such):  /no/such: cannot"));
+    EXPECT_THAT(lines, testing::HasSubstr("\n-1\n"));
+    EXPECT_THAT(lines, testing::HasSubstr("Exception Signal:  SIGSEGV (11)"));
 }

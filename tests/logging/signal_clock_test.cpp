@@ -1,13 +1,16 @@
 // The time of lines in the handler of a signal, beside what the C library would make of it.
 #include "logging/signal_clock.h"
 
+#include <CommonAPI/signal_trap.h>
 #include <CommonAPI/system_information.h>
-#include <gtest/gtest.h>
 #include <langinfo.h>
+#include <setjmp.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <random>
-#include <string>
+
+#include "support/child_process.h"
 
 using namespace CommonAPI::internal;
 
@@ -50,60 +53,61 @@ struct SignalClock : testing::Test {
     }
 };
 
+/// Half of them around a change of the clocks in Europe.
+static std::time_t AnyTime(std::mt19937& random) {
+    constexpr std::time_t toSummer = 1774746000;
+    constexpr std::time_t toWinter = 1792890000;
+    std::time_t const change = random() % 2 ? toSummer : toWinter;
+    auto const seconds = static_cast<std::time_t>(random());
+    return change + (random() % 2 ? seconds % 2 : seconds % (3 * 366 * 24 * 3600)) - 1;
+}
+
 TEST_F(SignalClock, FollowsTheRulesOfTheZoneAndTheFormatOfTheLocale) {
     PrepareSignalClock();
     std::mt19937 random(1);
-    std::uniform_int_distribution<std::time_t> anyTime(0, 1 << 30);
-    std::uniform_int_distribution<std::time_t> silence(0, 3 * 366 * 24 * 3600);
-    for (char const* const zone :
-         {"UTC0", "CET-1CEST,M3.5.0,M10.5.0/3", "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0", "EST5"})
+    for (int round = 0; round < 50; ++round) {
+        std::time_t const lastLine = AnyTime(random);
+        std::time_t const now = std::max(lastLine, AnyTime(random));
         for (auto const& [format, plain] :
-             {std::pair("%H:%M:%S", "%H:%M:%S"), std::pair("%T", "%H:%M:%S"),
+             {std::pair("%H:%M:%S", "%H:%M:%S"), std::pair("%T %Z", "%H:%M:%S %Z"),
               std::pair("%r %Z", "%I.%M.%S %p %Z"), std::pair("%R%%%z", "%H:%M%%%z"),
               std::pair("%-l h %OM min", "%-l h %OM min")})
-            for (int round = 0; round < 20; ++round) {
+            // Two have the same time and name in winter.
+            for (char const* const zone : {"UTC0", "CET-1", "CET-1CEST,M3.5.0,M10.5.0/3",
+                                           "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0"}) {
                 setenv("TZ", zone, 1);
                 timeFormat = format;
-                std::time_t const lastLine = anyTime(random);
                 LogAt(lastLine);
-                clockTime += silence(random);
+                clockTime = now;
                 EXPECT_EQ(TimeOfDayInSignal(), Formatted(plain))
-                    << zone << ", last line at " << lastLine << ", now " << clockTime;
+                    << zone << ", last line at " << lastLine << ", now " << now;
             }
-}
-
-TEST_F(SignalClock, IsExactToTheSecondOfAChange) {
-    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
-    timeFormat = "%T %Z";
-    PrepareSignalClock();
-    constexpr std::time_t toSummer = 1774746000;
-    constexpr std::time_t toWinter = 1792890000;
-    LogAt(toSummer - 1);
-    EXPECT_EQ(TimeOfDayInSignal(), "01:59:59 CET");
-    clockTime = toSummer;
-    EXPECT_EQ(TimeOfDayInSignal(), "03:00:00 CEST");
-    clockTime = toWinter - 1;
-    EXPECT_EQ(TimeOfDayInSignal(), "02:59:59 CEST");
-    clockTime = toWinter;
-    EXPECT_EQ(TimeOfDayInSignal(), "02:00:00 CET");
-}
-
-TEST_F(SignalClock, KeepsUpWithAZoneOfOtherRules) {
-    setenv("TZ", "CET-1", 1);
-    PrepareSignalClock();
-    constexpr std::time_t winter = 1700000000;
-    constexpr std::time_t summer = 1720000000;
-    LogAt(winter);
-    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);  // the same time and name now
-    LogAt(winter);
-    clockTime = summer;
-    EXPECT_EQ(TimeOfDayInSignal(), Formatted("%T"));
+    }
 }
 
 TEST_F(SignalClock, TheSecondBeforeTheEpochIsATimeLikeAnyOther) {
-    setenv("TZ", "UTC0", 1);
     LogAt(-1);
     std::string text;
     GetCurrentTime(text, "%T");
-    EXPECT_EQ(text, "23:59:59");
+    EXPECT_EQ(text, Formatted("%T"));
+}
+
+TEST_F(SignalClock, AHandlerIsLeftByAJumpToo) {
+    static sigjmp_buf beforeSignal;
+    TemporaryFile const log;
+    clockTime = 1700000000;
+    ExpectInChild([&log] {
+        OpenLog(log.path(), {});
+        TrapExceptionSignal(SIGUSR1, [](siginfo*) { siglongjmp(beforeSignal, 1); });
+        if (sigsetjmp(beforeSignal, 1) == 0)
+            raise(SIGUSR1);
+#ifdef COMMONAPI_HARDENED
+        raise(SIGALRM);  // the deadline, which is none any more
+#endif
+        setenv("TZ", "<later>-1:11:11", 1);
+        LogMessage(1, "Net", "text");
+    });
+    setenv("TZ", "<later>-1:11:11", 1);
+    std::string const line = Formatted("%T") + " - FATAL/Net:  text\n";
+    EXPECT_THAT(ContentOf(log.path()), testing::HasSubstr(line));
 }

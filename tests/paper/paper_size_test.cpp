@@ -2,38 +2,29 @@
 
 #include "support/child_process.h"
 
-TEST(PaperSize, YieldsTheLastRecordOfExactlyThatName) {
-    PaperSizeData const first = {"A4", 1, 2, 3, 4};
-    PaperSizeData const last = {"A4", 595, 842, 210.5f, 297.25f};
-    PaperSizeData const lowerCase = {"a4", 5, 6, 7, 8};
-    PaperSizeData const unnamed = {"", 9, 10, 11, 12};
-    PaperSize sizes;
-    for (PaperSizeData const* const data : {&first, &last, &lowerCase, &unnamed})
-        sizes.addPaperSizeToList(data);
-    EXPECT_EQ(sizes.findMediaDataByKey("A4"), &last);
-    EXPECT_EQ(sizes.findMediaDataByKey("a4"), &lowerCase);
-    EXPECT_EQ(sizes.findMediaDataByKey(""), &unnamed);
-}
-
-TEST(PaperSize, YieldsSizesOrMinusOneAndLogsWhateverItDoes) {
+TEST(PaperSize, YieldsTheLastRecordOfExactlyThatNameAndLogsWhateverItDoes) {
     ChildResult const child = RunLogged([] {
-        PaperSizeData const a4 = {"A4", 595, 842, 210.5f, 297.25f};
+        PaperSizeData const first = {"A4", 1, 2, 3, 4};
+        PaperSizeData const last = {"A4", 595, 842, 210.5f, 297.25f};
+        PaperSizeData const lowerCase = {"a4", 5, 6, 7, 8};
         PaperSizeData const missing = {"A5", -1, -1, -1, -1};
         PaperSize sizes;
-        sizes.addPaperSizeToList(&a4);
-        for (PaperSizeData const* const data : {&a4, &missing}) {
-            bool const found = data == &a4;
-            PaperSizeData yielded = {};
-            EXPECT_EQ(found,
-                      sizes.getPaperSizeInPts(data->name, yielded.widthPts, yielded.heightPts));
-            EXPECT_EQ(found, sizes.getPaperSizeInMM(data->name, yielded.widthMM, yielded.heightMM));
-            EXPECT_EQ(yielded.widthPts, data->widthPts);
-            EXPECT_EQ(yielded.heightPts, data->heightPts);
-            EXPECT_EQ(yielded.widthMM, data->widthMM);
-            EXPECT_EQ(yielded.heightMM, data->heightMM);
-            EXPECT_EQ(found, sizes.removePaperSizeFromList(data->name));
+        for (PaperSizeData const* const data : {&first, &last, &lowerCase})
+            sizes.addPaperSizeToList(data);
+        EXPECT_EQ(sizes.findMediaDataByKey("a4"), &lowerCase);
+        EXPECT_EQ(sizes.findMediaDataByKey(""), nullptr);
+        for (PaperSizeData const& expected : {last, missing}) {
+            std::string const name = expected.name;
+            bool const found = name == "A4";
+            PaperSizeData sizesOf = {};
+            EXPECT_EQ(sizes.getPaperSizeInPts(name, sizesOf.widthPts, sizesOf.heightPts), found);
+            EXPECT_EQ(sizes.getPaperSizeInMM(name, sizesOf.widthMM, sizesOf.heightMM), found);
+            EXPECT_EQ(sizesOf.widthPts, expected.widthPts);
+            EXPECT_EQ(sizesOf.heightPts, expected.heightPts);
+            EXPECT_EQ(sizesOf.widthMM, expected.widthMM);
+            EXPECT_EQ(sizesOf.heightMM, expected.heightMM);
+            EXPECT_EQ(sizes.removePaperSizeFromList(name), found);
         }
-        EXPECT_EQ(sizes.findMediaDataByKey("A4"), nullptr) << "it was removed";
     });
     EXPECT_EQ(child.log, ContentOf(TESTS "/paper/data/log.txt") + closingLine);
 }

@@ -41,33 +41,9 @@ def at_terminal(script, answers):
 
 
 def file(name, content):
-    path = pathlib.Path(name)
-    path.touch(0o600)
-    path.write_bytes(content)
-    return path
-
-
-def busy(*arguments, PW="secret", **options):
-    """A process that has converted values and waits for more."""
-    process = subprocess.Popen([command, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                               env=os.environ | {"PW": PW}, **options)
-    process.stdin.write(b"value\n" * 1024)
-    process.stdin.flush()
-    process.stdout.read(1)
-    return process
-
-
-def memory_of(process):
-    found = b""
-    if os.getuid() != 0:
-        return found  # a process without core files can be seen by root only
-    with open(f"/proc/{process}/maps") as maps, open(f"/proc/{process}/mem", "rb", 0) as memory:
-        for line in maps:
-            start, end = (int(number, 16) for number in line.split()[0].split("-"))
-            if "[heap]" in line or "[stack]" in line:
-                memory.seek(start)
-                found += memory.read(end - start)
-    return found
+    os.umask(0o077)
+    pathlib.Path(name).write_bytes(content)
+    return name
 
 
 class Command(unittest.TestCase):
@@ -76,7 +52,7 @@ class Command(unittest.TestCase):
         code, encrypted, errors = run("encrypt", *KEY, input=lines)
         self.assertEqual((code, errors), (0, ""))
         self.assertRegex(encrypted, r"\A(([0-9A-F]{16})*\n){7}\Z")
-        sealed = ("--password-file", file("sealed", run("seal-key", *KEY)[1].encode()).name)
+        sealed = ("--password-file", file("sealed", run("seal-key", *KEY)[1].encode()))
         self.assertEqual(run("seal-key", "--open", *sealed)[1], "secret\n")
         self.assertEqual(run("decrypt", "--sealed", *sealed, input=encrypted.lower()),
                          (0, lines + "\n", ""))
@@ -85,7 +61,6 @@ class Command(unittest.TestCase):
         good = run("encrypt", *KEY, "good")[1].strip()
         for verb, bad, complaint in (
                 ("encrypt", "a\0b", "holds a zero character, at which it would end"),
-                ("encrypt", "x" * 2**23, "longer than 1048576 characters"),
                 ("decrypt", good * (2**17 + 1), "longer than 1048576 characters"),
                 ("decrypt", "0" * 24, "not a multiple of 16 digits long"),
                 ("decrypt", good[:-1] + "G", "no hexadecimal digit at character 16")):
@@ -94,80 +69,44 @@ class Command(unittest.TestCase):
                 self.assertEqual(run(verb, *KEY, input="\n".join((value, bad, value))),
                                  (1, f"{result}\n" * 2, f"commonapi: line 2: {complaint}\n"))
 
-    def test_what_is_no_text_is_pointed_out_and_decrypts_only_as_it_is(self):
+    def test_what_is_no_text_decrypts_only_as_it_is(self):
         for value, remark in (("a\r", "carriage return"), ("\x1b[1m", "no text"), ("a\nb", "no text"),
-                              ("C1 \x9b", "no text"), ("Latin-1 \udcfc", "no text"),
-                              ("overlong \udcc0\udcaf", "no text"), ("cut \udce4\udcb8", "no text"),
-                              ("surrogate \udced\udca0\udc80", "no text"), ("aЖ", "no text")):
+                              ("Latin-1 \udcfc", "no text"), ("overlong \udcc0\udcaf", "no text")):
             with self.subTest(value):
-                code, encrypted, errors = run("encrypt", *KEY, value, value)
+                code, encrypted, errors = run("encrypt", *KEY, value)
                 self.assertRegex(errors, rf"\Acommonapi: argument 1: .*{remark}.*\n\Z")
-                encrypted = encrypted.split()[0]
-                self.assertEqual(run("decrypt", "--raw", *KEY, encrypted), (0, value + "\n", ""))
-                self.assertEqual(run("decrypt", *KEY, encrypted)[:2], (1, ""))
+                self.assertEqual(run("decrypt", *KEY, encrypted.strip())[:2], (1, ""))
         digits = random.Random(1).randbytes(8 * 100000).hex(" ", 8).replace(" ", "\n")
-        self.assertLess(run("decrypt", *KEY, input=digits)[1].count("\n"), 100)
-
-    def test_marks_of_editors_belong_to_values_only(self):
-        encrypted = run("encrypt", *KEY, "a", "\ufeffa")
-        self.assertIn("argument 2: the byte order mark", encrypted[2])
-        self.assertEqual(run("encrypt", "--password-file", "-", "a", "\ufeffa",
-                             input="\ufeffsecret\r\nmore"), encrypted)
-        self.assertEqual(run("decrypt", *KEY, input="\ufeff" + encrypted[1].replace("\n", "\r\n")),
-                         (0, "a\n\ufeffa\n", ""))
+        wrong_password = run("decrypt", *KEY, input=digits)[1]
+        self.assertLess(wrong_password.count("\n"), 100)
 
     def test_passwords_that_cannot_be_had(self):
         for arguments, password, complaint in (
                 (KEY, "", "the password is empty"),
                 (("--password-env", "NO_SUCH"), "", "the environment has no variable NO_SUCH"),
                 (("--password-file", "/"), "", "/: Is a directory"),
-                ((*KEY, "--sealed"), "abc", "this is no sealed key in hexadecimal"),
-                ((), "", "no terminal to ask at; name a source with --password-file or"
-                         " --password-env")):
+                ((*KEY, "--sealed"), "abc", "this is no sealed key in hexadecimal")):
             with self.subTest(arguments):
-                self.assertEqual(run("encrypt", *arguments, "x", password=password,
-                                     start_new_session=True), (1, "", f"commonapi: {complaint}\n"))
+                self.assertEqual(run("encrypt", *arguments, "x", password=password),
+                                 (1, "", f"commonapi: {complaint}\n"))
 
     def test_passwords_are_typed_unseen_and_twice_to_encrypt(self):
         encrypted = run("encrypt", *KEY, "a")[1]
         ask, again, secret = b"Password to encrypt with: ", b"The same again: ", b"secret\n"
         for script, answers, code, output in (
-                (f"commonapi decrypt {encrypted}", {b"Password to decrypt with: ": secret}, 0, "a\n"),
-                ("commonapi encrypt a", {ask: secret, again: secret}, 0, encrypted),
-                ("commonapi encrypt a", {ask: secret, again: b"secrets\n"},
-                 1, "commonapi: the two are not the same\n"),
-                ("commonapi encrypt a", {ask: b"x" * 1024 + b"\n"},
-                 1, "commonapi: a password of more than 1023 characters\n"),
-                ("trap : INT; commonapi encrypt a; stty -a | grep -o ' echo '", {ask: b"sec\3"},
-                 0, " echo \n")):
+                (f"decrypt {encrypted}", {b"Password to decrypt with: ": secret}, 0, "a\n"),
+                ("encrypt a", {ask: secret, again: secret}, 0, encrypted),
+                ("encrypt a", {ask: secret, again: b"secrets\n"},
+                 1, "commonapi: the two are not the same\n")):
             with self.subTest(answers):
                 prompts = "".join(prompt.decode() + "\n" for prompt in answers)
-                self.assertEqual(at_terminal(script, answers), (code, prompts + output))
-
-    def test_passwords_leave_no_trace_once_the_cipher_is_keyed(self):
-        hard = resource.getrlimit(resource.RLIMIT_CORE)[1]
-        resource.setrlimit(resource.RLIMIT_CORE, (hard, hard))
-        key = file("key", b"a long password, " * 50).read_bytes()
-        for arguments, variable in ((KEY, key), (("--password-file", "key"), b"")):
-            with self.subTest(arguments), busy("encrypt", *arguments, PW=variable) as process:
-                self.assertFalse(key[-99:] in memory_of(process.pid), "it is still in memory")
-                process.send_signal(signal.SIGQUIT)
-                self.assertFalse(os.WCOREDUMP(os.waitpid(process.pid, 0)[1]), "it left a core file")
+                self.assertEqual(at_terminal(f"commonapi {script}", answers), (code, prompts + output))
 
     def test_mistakes_name_the_culprit_and_show_the_usage(self):
-        for arguments, complaint, name in (
-                (["frob"], "unknown command 'frob'", "commonapi"),
-                (["encrypt", "--frob"], "unknown option '--frob'", "commonapi encrypt"),
-                (["seal-key", "\x1b"], r"unexpected argument '\\x1B'", "commonapi seal-key"),
-                (["plugin"], "FILE is required", "commonapi plugin")):
-            self.assertRegex(run(*arguments)[2], rf"\Acommonapi: {complaint}\nUsage: {name} .*\n"
-                                                 rf"See {name} --help.\n\Z")
-            self.assertEqual(run(*arguments)[0], 2)
-
-    def test_help_fits_the_terminal(self):
-        shown = at_terminal("stty cols 50; commonapi encrypt --help", {})[1]
-        self.assertLessEqual(max(map(len, shown.splitlines())), 50)
-        self.assertEqual(run(), run("--help"))
+        self.assertEqual(run("seal-key", "\x1b"),
+                         (2, "", "commonapi: unexpected argument '\\x1B'\n"
+                                 "Usage: commonapi seal-key [OPTION...]\n"
+                                 "See commonapi seal-key --help.\n"))
 
     def test_failures_of_the_system_are_reported(self):
         for arguments in (["encrypt", *KEY, "a"], ["encrypt", *KEY], ["decrypt", *KEY, ""],
@@ -175,8 +114,6 @@ class Command(unittest.TestCase):
             with self.subTest(arguments), open("/dev/full", "wb") as full:
                 self.assertEqual(run(*arguments, input="a", stdout=full),
                                  (1, "", "commonapi: the output cannot be written\n"))
-        self.assertEqual(at_terminal("PW=secret commonapi encrypt --password-env PW < /", {}),
-                         (1, "commonapi: standard input: Is a directory\n"))
 
     def test_plugins_say_who_they_are(self):
         code = pathlib.Path(plugin).read_bytes()
@@ -188,12 +125,21 @@ class Command(unittest.TestCase):
                           "commonapi: ./absent.so: cannot open shared object file: "
                           "No such file or directory\n"))
 
-    def test_progress_is_shown_at_a_terminal(self):
+    def test_progress_is_shown_at_a_terminal_and_no_core_file_left(self):
         master, terminal = pty.openpty()
-        with busy("encrypt", *KEY, stderr=terminal) as process:
+        hard = resource.getrlimit(resource.RLIMIT_CORE)[1]
+        resource.setrlimit(resource.RLIMIT_CORE, (hard, hard))
+        process = subprocess.Popen([command, "encrypt", *KEY], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, stderr=terminal,
+                                   env=os.environ | {"PW": "secret"})
+        for _ in range(2):
+            process.stdin.write(b"value\n" * 1024)
+            process.stdin.flush()
+            process.stdout.read(1)
             time.sleep(1)  # after which it begins
-            process.communicate(b"value\n" * 1024)
-        self.assertIn(b"\r2048 values\r\033[K", os.read(master, 100))
+        self.assertIn(b"\r2048 values", os.read(master, 100))
+        process.send_signal(signal.SIGQUIT)
+        self.assertFalse(os.WCOREDUMP(os.waitpid(process.pid, 0)[1]))
 
 
 with tempfile.TemporaryDirectory() as folder:
