@@ -16,9 +16,10 @@ namespace {
 constexpr std::time_t hour = 60 * 60;
 constexpr std::time_t day = 24 * hour;
 constexpr std::time_t freshness = hour;
-constexpr std::time_t horizon =
-    4 * 366 * day;                        // a process may be silent for long before it crashes
-constexpr std::time_t stride = 14 * day;  // no zone changes its clocks twice in less
+// A process may be silent for long before it crashes.
+constexpr std::time_t horizon = 4 * 366 * day;
+// No zone changes its clocks twice in less.
+constexpr std::time_t stride = 14 * day;
 
 std::tm LocalTime(std::time_t time) {
     std::tm local = {};
