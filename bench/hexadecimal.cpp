@@ -1,5 +1,5 @@
-// Hexadecimal text beside other libraries'. Names are service/implementation/bytes. A result has room
-// already, or it grows: each time it is a new one.
+// Hexadecimal text beside other libraries'. Names are service/implementation/bytes. A result has
+// room already, or it grows: each time it is a new one.
 #include <CommonAPI/byte_array.h>
 #include <benchmark/benchmark.h>
 
@@ -143,8 +143,8 @@ BENCHMARK(BotanDecode)->Name("loadASCIIHex/Botan")->Apply(Sizes);
 void BotanGrowingEncode(benchmark::State& state) {
     std::string const bytes = Bytes(state);
     Run(state, [&] {
-        benchmark::DoNotOptimize(Botan::hex_encode(
-            reinterpret_cast<std::uint8_t const*>(bytes.data()), bytes.size()));
+        benchmark::DoNotOptimize(
+            Botan::hex_encode(reinterpret_cast<std::uint8_t const*>(bytes.data()), bytes.size()));
     });
 }
 BENCHMARK(BotanGrowingEncode)->Name("getASCIIHex, growing/Botan")->Apply(Sizes);

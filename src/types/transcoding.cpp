@@ -142,8 +142,8 @@ void UnicodeString::convertToWide(char const* text, std::size_t count, std::wstr
     if (!CanConvert(utf8ToWideTranscoder))
         return;
 
-    auto const convert = [&](wchar_t* wide, std::size_t) {
-        auto end = reinterpret_cast<char*>(wide);
+    auto const convert = [&](wchar_t* begin, std::size_t) {
+        auto end = reinterpret_cast<char*>(begin);
         std::size_t inputLeft = count;
         std::size_t room = count * sizeof(wchar_t);
         while (inputLeft != 0) {
