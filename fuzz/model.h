@@ -1,6 +1,6 @@
-#pragma once
+#ifndef COMMONAPI_FUZZ_MODEL_H
+#define COMMONAPI_FUZZ_MODEL_H
 
-#include <charconv>
 #include <cstdlib>
 #include <iostream>
 #include <set>
@@ -50,14 +50,11 @@ void Describe(std::string& text, Value const& value) {
     else if constexpr (std::is_pointer_v<Value>)
         return value ? Describe(text, std::basic_string_view(value)) : Describe(text, false);
     else
-        for (auto const c : value) {
-            char code[8];
-            auto const bits = c & (sizeof c == 1 ? 0xFFu : ~0u);
+        for (auto const c : value)
             if (c >= ' ' && c <= '~')
                 text += static_cast<char>(c);
             else
-                text.append("\\x").append(code, std::to_chars(code, code + 8, bits, 16).ptr);
-        }
+                text += '<' + std::to_string(c) + '>';
     text += "; ";
 }
 
@@ -118,3 +115,5 @@ void CompareWithModel(std::string_view input) {
             Same(State(objects[index]), State(models[index]), "held");
     }
 }
+
+#endif

@@ -1,11 +1,10 @@
-#pragma once
+#ifndef COMMONAPI_FUZZ_TARGET_H
+#define COMMONAPI_FUZZ_TARGET_H
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <random>
 
@@ -23,8 +22,6 @@ inline void Check(bool agree, int line = __builtin_LINE()) {
 }
 
 #ifdef REPLAY
-
-extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*)());
 
 /// Pieces that something begins or ends at, some of them many times.
 inline std::string RandomText(std::minstd_rand& random) {
@@ -55,15 +52,12 @@ inline std::string RandomLine(std::minstd_rand& random) {
 inline void TryAtRandom(long wanted, unsigned int seed) {
     Try("\n");  // which collects the names
     std::minstd_rand random(seed);
-    auto const start = std::chrono::steady_clock::now();
     for (long done = 0; done < wanted; done += applied.size()) {
         std::string input;
         for (auto lines = 1 + random() % 30; lines > 0; --lines)
             input += RandomLine(random);
         Try(input);
     }
-    std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
-    std::cout << long(wanted / seconds.count()) << " operations compared a second\n";
 }
 
 /// FOLDER [COUNT-OF-RANDOM-OPERATIONS [SEED]]
@@ -73,8 +67,6 @@ int main(int count, char** arguments) {
             PrintApplied();
             std::abort();
         });
-    if (__sanitizer_set_death_callback)
-        __sanitizer_set_death_callback(PrintApplied);
     for (auto const& file : std::filesystem::directory_iterator(arguments[1])) {
         std::cerr << file.path() << std::endl;  // the last one shown is the one that fails
         Try(ReadFile(file.path()));
@@ -89,5 +81,7 @@ extern "C" int LLVMFuzzerTestOneInput(char const* data, std::size_t size) {
     Try({data, size});
     return 0;
 }
+
+#endif
 
 #endif

@@ -10,29 +10,22 @@ using namespace CommonAPI::internal;
 
 // What they compute: the model `encryption_api` under fuzz/.
 
-static std::string Encrypted(Blowfish& cipher) {
+static std::uint64_t Encrypted(Blowfish& cipher) {
     Blowfish::Word block[] = {0xFEDCBA98, 0x76543210};
     cipher.BF_En(&block[0], &block[1]);
-    std::ostringstream digits;
-    digits << std::hex << block[0] << block[1];
-    return digits.str();
+    return static_cast<std::uint64_t>(block[0]) << 32 | block[1];
 }
 
-// Of the test vectors that Eric Young compiled: https://www.schneier.com/code/vectors.txt
+// One of the test vectors that Eric Young compiled: https://www.schneier.com/code/vectors.txt
 TEST(Blowfish, KeysByTheBytesOfThePasswordUpToThe72nd) {
-    char const* const rows[][2] = {{"\xF0", "f9ad597c49db005e"},
-                                   {"\xF0\xE1\xD2\xC3\xB4\xA5\x96\x87\x78", "15750e7a4f4ec577"}};
     Blowfish cipher;
-    for (auto const& [password, encrypted] : rows) {
-        EXPECT_TRUE(cipher.setPassword(password));
-        EXPECT_EQ(Encrypted(cipher), encrypted);
-    }
+    EXPECT_TRUE(cipher.setPassword("\xF0\xE1\xD2\xC3\xB4\xA5\x96\x87\x78"));
     EXPECT_FALSE(cipher.setPassword(""));
     EXPECT_FALSE(cipher.setPassword(nullptr));
     cipher.generateSubKeys("");
-    EXPECT_EQ(Encrypted(cipher), rows[1][1]);
+    EXPECT_EQ(Encrypted(cipher), 0x15750E7A4F4EC577u);
     cipher.setPassword((std::string(72, 'k') + "rest").c_str());
-    std::string const keyed = Encrypted(cipher);
+    std::uint64_t const keyed = Encrypted(cipher);
     cipher.reset();
     cipher.generateSubKeys("kk");
     EXPECT_EQ(Encrypted(cipher), keyed);
@@ -96,7 +89,7 @@ static std::string Plane(std::uint32_t const (&box)[256], int number) {
 }
 
 TEST(BlowfishKernels, LeaveNoKeyMaterialBehind) {
-#ifndef __OPTIMIZE__
+#ifndef NDEBUG
     GTEST_SKIP() << "what is not optimised has every variable on the stack";
 #endif
     for (BlowfishKernel const& kernel : BlowfishKernels())
