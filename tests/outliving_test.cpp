@@ -28,7 +28,7 @@ TEST(Outliving, DestructorsLogAsLongAsThereAreAny) {
         static LogsFromItsDestructor const goesBeforeTheLog{"before its end"};
         theEnd = [] {
             LogMessage(4, "Net", "filtered");
-            LogsFromItsDestructor{"after the library, whose text needs memory"};
+            LogsFromItsDestructor const last{"after the library, whose text needs memory"};
         };
     });
     EXPECT_EQ(LinesAfterHeader(ContentOf(log.path())), "Static:  before its end\n" + closingLine);
