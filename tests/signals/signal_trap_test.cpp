@@ -8,8 +8,6 @@
 
 #include "support/child_process.h"
 
-#define UNCHECKED __attribute__((no_sanitize("undefined")))
-
 // These stand in front of the C library's, which take locks that interrupted code may hold.
 static bool volatile handling = false;
 
@@ -53,7 +51,7 @@ static void SayHandled(siginfo*) {
 
 static int* volatile nowhere = nullptr;
 
-UNCHECKED static void Fault() {
+__attribute__((no_sanitize("undefined"))) static void Fault() {
     *nowhere = 7;
 }
 

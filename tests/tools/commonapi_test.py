@@ -2,9 +2,7 @@
 import os
 import pathlib
 import pty
-import random
-import resource
-import signal
+import re
 import subprocess
 import sys
 import tempfile
@@ -23,20 +21,20 @@ def run(*arguments, input="", password="secret", stdout=subprocess.PIPE, **optio
             result.stderr.decode())
 
 
-def at_terminal(script, answers):
-    """Runs a shell there; each prompt gets its answer."""
+def at_terminal(arguments, *answers):
+    """Each prompt gets the next answer."""
     shown = b""
+    left = iter(answers)
 
     def answer(terminal):
         nonlocal shown
         data = os.read(terminal, 10000)
         shown += data
-        for prompt in answers:
-            if shown.endswith(prompt):
-                os.write(terminal, answers[prompt])
+        if shown.endswith(b": "):
+            os.write(terminal, next(left))
         return data
 
-    status = pty.spawn(["sh", "-c", script.replace("commonapi", command)], answer)
+    status = pty.spawn([command, *arguments], answer)
     return os.waitstatus_to_exitcode(status), shown.decode().replace("\r", "")
 
 
@@ -76,9 +74,8 @@ class Command(unittest.TestCase):
                 code, encrypted, errors = run("encrypt", *KEY, value)
                 self.assertRegex(errors, rf"\Acommonapi: argument 1: .*{remark}.*\n\Z")
                 self.assertEqual(run("decrypt", *KEY, encrypted.strip())[:2], (1, ""))
-        digits = random.Random(1).randbytes(8 * 100000).hex(" ", 8).replace(" ", "\n")
-        wrong_password = run("decrypt", *KEY, input=digits)[1]
-        self.assertLess(wrong_password.count("\n"), 100)
+                self.assertEqual(run("decrypt", "--raw", *KEY, encrypted.strip()),
+                                 (0, value + "\n", ""))
 
     def test_passwords_that_cannot_be_had(self):
         for arguments, password, complaint in (
@@ -91,22 +88,24 @@ class Command(unittest.TestCase):
                                  (1, "", f"commonapi: {complaint}\n"))
 
     def test_passwords_are_typed_unseen_and_twice_to_encrypt(self):
-        encrypted = run("encrypt", *KEY, "a")[1]
-        ask, again, secret = b"Password to encrypt with: ", b"The same again: ", b"secret\n"
-        for script, answers, code, output in (
-                (f"decrypt {encrypted}", {b"Password to decrypt with: ": secret}, 0, "a\n"),
-                ("encrypt a", {ask: secret, again: secret}, 0, encrypted),
-                ("encrypt a", {ask: secret, again: b"secrets\n"},
-                 1, "commonapi: the two are not the same\n")):
-            with self.subTest(answers):
-                prompts = "".join(prompt.decode() + "\n" for prompt in answers)
-                self.assertEqual(at_terminal(f"commonapi {script}", answers), (code, prompts + output))
+        prompts = "Password to encrypt with: \nThe same again: \n"
+        for again, code, output in (
+                (b"secret\n", 0, run("encrypt", *KEY, "a")[1]),
+                (b"secrets\n", 1, "commonapi: the two are not the same\n")):
+            with self.subTest(again):
+                self.assertEqual(at_terminal(["encrypt", "a"], b"secret\n", again),
+                                 (code, prompts + output))
 
     def test_mistakes_name_the_culprit_and_show_the_usage(self):
-        self.assertEqual(run("seal-key", "\x1b"),
-                         (2, "", "commonapi: unexpected argument '\\x1B'\n"
-                                 "Usage: commonapi seal-key [OPTION...]\n"
-                                 "See commonapi seal-key --help.\n"))
+        for arguments, complaint in ((["seal-key", "\x1b"], "unexpected argument '\\x1B'"),
+                                     (["seal-key", "--no"], "unknown option '--no'"),
+                                     (["seal"], "unknown command 'seal'")):
+            with self.subTest(arguments):
+                name = " ".join(["commonapi", *arguments[:-1]])
+                code, output, errors = run(*arguments)
+                self.assertEqual((code, output), (2, ""))
+                self.assertRegex(errors, rf"\Acommonapi: {re.escape(complaint)}\n"
+                                         rf"Usage: {name} .*\nSee {name} --help\.\n\Z")
 
     def test_failures_of_the_system_are_reported(self):
         for arguments in (["encrypt", *KEY, "a"], ["encrypt", *KEY], ["decrypt", *KEY, ""],
@@ -125,10 +124,8 @@ class Command(unittest.TestCase):
                           "commonapi: ./absent.so: cannot open shared object file: "
                           "No such file or directory\n"))
 
-    def test_progress_is_shown_at_a_terminal_and_no_core_file_left(self):
+    def test_progress_is_shown_at_a_terminal(self):
         master, terminal = pty.openpty()
-        hard = resource.getrlimit(resource.RLIMIT_CORE)[1]
-        resource.setrlimit(resource.RLIMIT_CORE, (hard, hard))
         process = subprocess.Popen([command, "encrypt", *KEY], stdin=subprocess.PIPE,
                                    stdout=subprocess.PIPE, stderr=terminal,
                                    env=os.environ | {"PW": "secret"})
@@ -138,8 +135,7 @@ class Command(unittest.TestCase):
             process.stdout.read(1)
             time.sleep(1)  # after which it begins
         self.assertIn(b"\r2048 values", os.read(master, 100))
-        process.send_signal(signal.SIGQUIT)
-        self.assertFalse(os.WCOREDUMP(os.waitpid(process.pid, 0)[1]))
+        process.communicate()
 
 
 with tempfile.TemporaryDirectory() as folder:
