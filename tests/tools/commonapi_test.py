@@ -90,11 +90,20 @@ class Command(unittest.TestCase):
                 self.assertEqual(run("encrypt", *arguments, "x", password=password),
                                  (1, "", f"commonapi: {complaint}\n"))
 
+    def test_long_passwords_are_pointed_out(self):
+        remark = "commonapi: only the first 72 bytes of the password count\n"
+        for verb in (["encrypt", "a"], ["seal-key"]):
+            with self.subTest(verb):
+                self.assertEqual(run(*verb, *KEY, password="x" * 72)[2], "")
+                self.assertEqual(run(*verb, *KEY, password="x" * 73)[2], remark)
+
     def test_passwords_are_typed_unseen_and_twice_to_encrypt(self):
         encrypted = run("encrypt", *KEY, "a")[1]
+        sealed = run("seal-key", *KEY)[1].encode()
         ask, again, secret = b"Password to encrypt with: ", b"The same again: ", b"secret\n"
         for script, answers, code, output in (
                 (f"decrypt {encrypted}", {b"Password to decrypt with: ": secret}, 0, "a\n"),
+                ("encrypt --sealed a", {b"Sealed key to encrypt with: ": sealed}, 0, encrypted),
                 ("encrypt a", {ask: secret, again: secret}, 0, encrypted),
                 ("encrypt a", {ask: secret, again: b"secrets\n"},
                  1, "commonapi: the two are not the same\n")):
@@ -103,10 +112,13 @@ class Command(unittest.TestCase):
                 self.assertEqual(at_terminal(f"commonapi {script}", answers), (code, prompts + output))
 
     def test_mistakes_name_the_culprit_and_show_the_usage(self):
-        self.assertEqual(run("seal-key", "\x1b"),
-                         (2, "", "commonapi: unexpected argument '\\x1B'\n"
-                                 "Usage: commonapi seal-key [OPTION...]\n"
-                                 "See commonapi seal-key --help.\n"))
+        for argument, complaint in (("\x1b", "unexpected argument '\\x1B'"),
+                                    ("--password-file", "--password-file: needs a FILE")):
+            with self.subTest(argument):
+                self.assertEqual(run("seal-key", argument),
+                                 (2, "", f"commonapi: {complaint}\n"
+                                         "Usage: commonapi seal-key [OPTION...]\n"
+                                         "See commonapi seal-key --help.\n"))
 
     def test_failures_of_the_system_are_reported(self):
         for arguments in (["encrypt", *KEY, "a"], ["encrypt", *KEY], ["decrypt", *KEY, ""],
@@ -120,10 +132,19 @@ class Command(unittest.TestCase):
         file("nameless.so", code.replace(b"_KeldaSO", b"_Nothing"))
         file("rude.so", code.replace(b"Text Statistics", b"T\033[2J\tStatistic"))
         self.assertEqual(run("plugin", "absent.so", plugin, "nameless.so", "rude.so"),
-                         (1, f"{plugin}: Text Statistics 1.0\nnameless.so:\n"
+                         (1, f"{plugin}: Text Statistics 1.0\nnameless.so: publishes no name\n"
                              "rude.so: T\\x1B[2J\\x09Statistic 1.0\n",
                           "commonapi: ./absent.so: cannot open shared object file: "
                           "No such file or directory\n"))
+
+    def test_plugins_that_end_the_process_are_named(self):
+        hook, code = b"__gmon_start__\0", pathlib.Path(plugin).read_bytes()
+        for ending, end in ((b"exit", "the process while it was loaded"), (b"abort", "by Aborted")):
+            file("fatal.so", code.replace(hook, ending.ljust(len(hook), b"\0")))  # called first
+            with self.subTest(ending):
+                self.assertEqual(run("plugin", plugin, "fatal.so", plugin),
+                                 (1, f"{plugin}: Text Statistics 1.0\n" * 2,
+                                  f"commonapi: fatal.so: ended {end}\n"))
 
     def test_progress_is_shown_at_a_terminal_and_no_core_file_left(self):
         master, terminal = pty.openpty()
