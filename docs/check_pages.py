@@ -12,11 +12,12 @@ failures = []
 with tempfile.TemporaryDirectory() as folder:
     program = (source / "examples/first_program.cpp").read_text()
     output = subprocess.check_output([programs / "first_program"], text=True, cwd=folder)
+    message = output.splitlines()[0]
     page = (source / "README.md").read_text()
-    if f"```cpp\n{program}```" not in page or f"It prints `{output.strip()}`" not in page:
+    if f"```cpp\n{program}```" not in page or f"It prints `{message}`" not in page:
         failures.append(f"first_program: {output}")
     log = pathlib.Path(folder, "first_program.log")
-    if f"Greeter:  {output}" not in log.read_text():
+    if f"Greeter:  {message}\n" not in log.read_text():
         failures.append(f"first_program logs: {log.read_text()}")
     for name, *arguments in (("plugins", plugin), ("paper_sizes", source / "examples/media.tsv"),
                              ("encryption",), ("values",), ("fatal_signals", log), ("logging", log)):

@@ -163,11 +163,16 @@ void Run(Arguments const& arguments) {
     Log(arguments.settings + ": " + std::to_string(settings.size()) + " settings");
     ReportSurroundings();
     Greet(settings);
-    ConvertText(arguments.text, arguments.output + "/copy.txt");
+    std::string const copy = arguments.output + "/copy.txt";
+    ConvertText(arguments.text, copy);
+    std::cout << "The copy is " << copy << '\n';
     bool hexadecimal;
     settings.loadMapVariable("hexadecimal", hexadecimal, true);
-    if (hexadecimal)
-        ConvertBytes(arguments.text, arguments.output + "/copy.hex");
+    if (hexadecimal) {
+        std::string const digits = arguments.output + "/copy.hex";
+        ConvertBytes(arguments.text, digits);
+        std::cout << "In hexadecimal it is " << digits << '\n';
+    }
     if (!arguments.plugin.empty())
         Describe(arguments.plugin, arguments.text);
     if (!arguments.media.empty())

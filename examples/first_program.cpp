@@ -21,5 +21,5 @@ int main() {
     std::string message = std::to_string(greeting.length()) + " characters: " + greeting.c_str();
     std::cout << message << '\n';
     LogStringMessage(4, "Greeter", message);
-    std::clog << "The log is " << log << '\n';
+    std::cout << "The log is " << log << '\n';
 }

@@ -8,7 +8,7 @@
 
 int main(int count, char** arguments) {
     if (count != 2) {
-        std::cerr << "plugins: needs a plug-in, such as plugin/text_statistics.so\n";
+        std::cerr << "plugins: needs a plug-in, such as samples/plugin/text_statistics.so\n";
         return 1;
     }
     // Whole, as a bare name would be looked for in the system's folders only.

@@ -2,8 +2,12 @@
 
 #include <CommonAPI/shared_object_loader.h>
 #include <dlfcn.h>
+#include <sys/eventfd.h>
+#include <sys/wait.h>
 #include <CLI/CLI.hpp>
 
+#include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <stdexcept>
 
@@ -12,6 +16,7 @@
 #include "help.h"
 #include "output.h"
 #include "password.h"
+#include "terminal.h"
 #include "text.h"
 #include "values.h"
 
@@ -25,6 +30,11 @@ constexpr char const* warning =
 
 using Asked = PasswordSource::Asked;
 
+void RemarkOnLength(Secret const& password) {
+    if (password.size() > 72)
+        Report("only the first 72 bytes of the password count");
+}
+
 struct ConversionOptions {
     PasswordSource password;
     bool sealed = false;
@@ -37,14 +47,17 @@ struct ConversionOptions {
         command.add_flag("--sealed", sealed,
                          "What is given as the password is a sealed key, in hexadecimal");
         command.add_option("VALUE", values,
-                           "The values, which other users can see here; without any, one value a "
-                           "line from standard input");
+                           "The values; as arguments, other users of the machine can see them. "
+                           "Without any, one value a line from standard input");
     }
 
     Cipher cipher(std::string const& purpose, Asked asked) const {
         std::string const kind = sealed ? "Sealed key" : "Password";
-        Secret const given = password.read(kind + " to " + purpose + " with", asked);
+        // A sealed key with a slip is refused, so that once is enough.
+        Secret const given =
+            password.read(kind + " to " + purpose + " with", sealed ? Asked::once : asked);
         Secret const key = sealed ? Open(given) : given;
+        RemarkOnLength(key);
         return Cipher({key.data(), key.size()});
     }
 };
@@ -75,7 +88,8 @@ void AddDecrypt(CLI::App& app, bool& refused) {
     CLI::App& command = *app.add_subcommand("decrypt", "Decrypt values that clients read");
     options->addTo(command);
     command.add_flag("--raw", options->raw,
-                     "Write a value even if it is no text, as that of a wrong password is");
+                     "Write what values decrypt to as it is, whether it is text or not, without "
+                     "its padding: up to seven zero bytes");
     command.callback([=, &refused] {
         Cipher cipher = options->cipher("decrypt", Asked::once);
         auto const decrypt = options->raw ? &Cipher::decryptRaw : &Cipher::decrypt;
@@ -102,7 +116,9 @@ void AddSealKey(CLI::App& app) {
             Secret const password = Open(options->password.read("Sealed key to open", Asked::once));
             std::cout << std::string_view(password.data(), password.size()) << '\n';
         } else {
-            std::cout << Seal(options->password.read("Password to seal", Asked::twice)) << '\n';
+            Secret const password = options->password.read("Password to seal", Asked::twice);
+            RemarkOnLength(password);
+            std::cout << Seal(password) << '\n';
         }
     });
 }
@@ -113,7 +129,7 @@ std::string Published(void* plugin, char const* variable) {
     return text ? std::string(" ") + text : "";
 }
 
-/// False if the plug-in does not load.
+/// Writes a line on a plug-in; false, with the reason reported, if it does not load.
 bool ShowPlugin(std::string const& file) {
     // Without a slash, the system's folders would be searched: a file is meant.
     std::string const path = file == "-"                           ? "/dev/stdin"
@@ -125,20 +141,47 @@ bool ShowPlugin(std::string const& file) {
         Report(dlerror());
         return false;
     }
-    std::cout << Printable(file + ":" + Published(plugin, "_KeldaSODisplayName") +
-                           Published(plugin, "_KeldaSOVersion"))
-              << '\n';
+    std::string const published =
+        Published(plugin, "_KeldaSODisplayName") + Published(plugin, "_KeldaSOVersion");
+    std::cout << Printable(file + ":" + (published.empty() ? " publishes no name" : published))
+              << std::endl;  // before code of the plug-in can end the process
     CloseSharedLibrary(plugin);
     return true;
+}
+
+/// The same in a process of its own, which a plug-in may end, with whatever status.
+bool ShowPluginAside(std::string const& file) {
+    enum Answer : eventfd_t { shown = 1, refused, notWritten };
+    FinishOutput();  // of which the process would have a copy
+    Descriptor const channel(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    pid_t const process = channel.number < 0 ? -1 : fork();
+    if (process < 0)
+        throw std::runtime_error(file + ": " + SystemError());
+    if (process == 0) {
+        Answer const loaded = ShowPlugin(file) ? shown : refused;
+        eventfd_write(channel.number, std::cout ? loaded : notWritten);
+        std::exit(0);
+    }
+    int status = 0;
+    waitpid(process, &status, 0);
+    eventfd_t answer = 0;
+    if (WIFSIGNALED(status))
+        Report(file + ": ended by " + strsignal(WTERMSIG(status)));
+    else if (eventfd_read(channel.number, &answer) != 0)
+        Report(file + ": ended the process while it was loaded");
+    else if (answer == notWritten)
+        std::cout.setstate(std::ios::badbit);
+    return answer == shown;
 }
 
 void AddPlugin(CLI::App& app, bool& refused) {
     auto const files = std::make_shared<std::vector<std::string>>();
     CLI::App& command = *app.add_subcommand("plugin", "Show who plug-ins are");
+    command.footer("");
     command.add_option("FILE", *files, "The plug-ins; their code runs as they load")->required();
     command.callback([=, &refused] {
         for (std::string const& file : *files)
-            refused = !ShowPlugin(file) || refused;
+            refused = !ShowPluginAside(file) || refused;
     });
 }
 

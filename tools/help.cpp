@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <regex>
 #include <sstream>
 
 #include "output.h"
@@ -39,10 +40,15 @@ std::string Wrapped(std::string const& text, std::size_t width) {
     return wrapped;
 }
 
+/// "--password-file: 1 required FILE missing" in plain words.
+std::string Reworded(std::string const& message) {
+    return std::regex_replace(message, std::regex(": 1 required (.*) missing$"), ": needs a $1");
+}
+
 std::string Complaint(CLI::App const& app, CLI::ParseError const& error) {
     std::vector<std::string> const unexpected = app.remaining(true);
     if (unexpected.empty())
-        return app.get_subcommands().empty() ? "no command" : error.what();
+        return app.get_subcommands().empty() ? "no command" : Reworded(error.what());
     char const* const kind = unexpected[0].starts_with('-')  ? "unknown option"
                              : app.get_subcommands().empty() ? "unknown command"
                                                              : "unexpected argument";

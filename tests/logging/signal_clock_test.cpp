@@ -38,7 +38,7 @@ static std::time_t AnyTime(std::mt19937& random) {
     constexpr std::time_t toSummer = 1774746000;
     constexpr std::time_t toWinter = 1792890000;
     std::time_t const change = random() % 2 ? toSummer : toWinter;
-    auto const seconds = static_cast<std::time_t>(random());
+    auto const seconds = static_cast<std::time_t>(random() / 2);
     return change + (random() % 2 ? seconds % 2 : seconds % (3 * 366 * 24 * 3600)) - 1;
 }
 

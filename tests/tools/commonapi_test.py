@@ -87,18 +87,30 @@ class Command(unittest.TestCase):
                 self.assertEqual(run("encrypt", *arguments, "x", password=password),
                                  (1, "", f"commonapi: {complaint}\n"))
 
+    def test_long_passwords_are_pointed_out(self):
+        remark = "commonapi: only the first 72 bytes of the password count\n"
+        for verb in (["encrypt", "a"], ["seal-key"]):
+            with self.subTest(verb):
+                self.assertEqual(run(*verb, *KEY, password="x" * 72)[2], "")
+                self.assertEqual(run(*verb, *KEY, password="x" * 73)[2], remark)
+
     def test_passwords_are_typed_unseen_and_twice_to_encrypt(self):
         prompts = "Password to encrypt with: \nThe same again: \n"
+        encrypted = run("encrypt", *KEY, "a")[1]
+        sealed = run("seal-key", *KEY)[1].encode()
         for again, code, output in (
-                (b"secret\n", 0, run("encrypt", *KEY, "a")[1]),
+                (b"secret\n", 0, encrypted),
                 (b"secrets\n", 1, "commonapi: the two are not the same\n")):
             with self.subTest(again):
                 self.assertEqual(at_terminal(["encrypt", "a"], b"secret\n", again),
                                  (code, prompts + output))
+        self.assertEqual(at_terminal(["encrypt", "--sealed", "a"], sealed),
+                         (0, "Sealed key to encrypt with: \n" + encrypted), "asked for once")
 
     def test_mistakes_name_the_culprit_and_show_the_usage(self):
         for arguments, complaint in ((["seal-key", "\x1b"], "unexpected argument '\\x1B'"),
-                                     (["seal-key", "--no"], "unknown option '--no'"),
+                                     (["seal-key", "--password-file"],
+                                      "--password-file: needs a FILE"),
                                      (["seal"], "unknown command 'seal'")):
             with self.subTest(arguments):
                 name = " ".join(["commonapi", *arguments[:-1]])
@@ -119,12 +131,34 @@ class Command(unittest.TestCase):
         file("nameless.so", code.replace(b"_KeldaSO", b"_Nothing"))
         file("rude.so", code.replace(b"Text Statistics", b"T\033[2J\tStatistic"))
         self.assertEqual(run("plugin", "absent.so", plugin, "nameless.so", "rude.so"),
-                         (1, f"{plugin}: Text Statistics 1.0\nnameless.so:\n"
+                         (1, f"{plugin}: Text Statistics 1.0\nnameless.so: publishes no name\n"
                              "rude.so: T\\x1B[2J\\x09Statistic 1.0\n",
                           "commonapi: ./absent.so: cannot open shared object file: "
                           "No such file or directory\n"))
 
-    def test_progress_is_shown_at_a_terminal(self):
+        prompts = "Password to encrypt with: \nThe same again: \n"
+        encrypted = run("encrypt", *KEY, "a")[1]
+        sealed = run("seal-key", *KEY)[1].encode()
+        for again, code, output in (
+                (b"secret\n", 0, encrypted),
+                (b"secrets\n", 1, "commonapi: the two are not the same\n")):
+            with self.subTest(again):
+                self.assertEqual(at_terminal(["encrypt", "a"], b"secret\n", again),
+                                 (code, prompts + output))
+        self.assertEqual(at_terminal(["encrypt", "--sealed", "a"], sealed),
+                         (0, "Sealed key to encrypt with: \n" + encrypted), "asked for once")
+
+    def test_mistakes_name_the_culprit_and_show_the_usage(self):
+        for arguments, complaint in ((["seal-key", "\x1b"], "unexpected argument '\\x1B'"),
+                                     (["seal-key", "--password-file"],
+                                      "--password-file: needs a FILE"),
+                                     (["seal"], "unknown command 'seal'")):
+            with self.subTest(arguments):
+                name = " ".join(["commonapi", *arguments[:-1]])
+                code, output, errors = run(*arguments)
+                self.assertEqual((code, output), (2, ""))
+                self.assertRegex(errors, rf"\Acommonapi: {re.escape(complaint)}\n"
+                                         rf"Usage: {name} .*\nSee {name} --help\.\n\Z")
         master, terminal = pty.openpty()
         process = subprocess.Popen([command, "encrypt", *KEY], stdin=subprocess.PIPE,
                                    stdout=subprocess.PIPE, stderr=terminal,
