@@ -83,7 +83,7 @@ inline void Same(std::string const& library, std::string const& model, char cons
 
 /// The nearest position, or count, that there is.
 inline std::size_t Within(int position, std::size_t size) {
-    return position < 0 ? 0 : std::min<std::size_t>(position, size);
+    return position < 0 ? 0 : std::min(static_cast<std::size_t>(position), size);
 }
 
 template <class Type>

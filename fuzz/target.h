@@ -40,7 +40,7 @@ inline std::string RandomText(std::minstd_rand& random) {
 }
 
 inline std::string RandomLine(std::minstd_rand& random) {
-    auto const name = std::next(Line::allNames.begin(), random() % Line::allNames.size());
+    auto const name = std::next(Line::allNames.begin(), long(random() % Line::allNames.size()));
     std::string line = *name + ' ';
     for (int number = 1; number <= 4; ++number)
         line += "0123456789/0123A"[random() % 16];
@@ -49,10 +49,10 @@ inline std::string RandomLine(std::minstd_rand& random) {
     return line + RandomText(random) + '\n';
 }
 
-inline void TryAtRandom(long wanted, unsigned int seed) {
+inline void TryAtRandom(std::size_t wanted, unsigned long seed) {
     Try("\n");  // which collects the names
     std::minstd_rand random(seed);
-    for (long done = 0; done < wanted; done += applied.size()) {
+    for (std::size_t done = 0; done < wanted; done += applied.size()) {
         std::string input;
         for (auto lines = 1 + random() % 30; lines > 0; --lines)
             input += RandomLine(random);
@@ -72,7 +72,7 @@ int main(int count, char** arguments) {
         Try(ReadFile(file.path()));
     }
     if (count > 2)
-        TryAtRandom(std::atol(arguments[2]), count > 3 ? std::atoi(arguments[3]) : 1);
+        TryAtRandom(std::stoul(arguments[2]), count > 3 ? std::stoul(arguments[3]) : 1);
 }
 
 #else
