@@ -31,7 +31,7 @@ def at_terminal(arguments, *answers):
         data = os.read(terminal, 10000)
         shown += data
         if shown.endswith(b": "):
-            os.write(terminal, next(left))
+            os.write(terminal, next(left, b""))
         return data
 
     status = pty.spawn([command, *arguments], answer)
