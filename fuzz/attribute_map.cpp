@@ -2,12 +2,32 @@
 
 #include "fuzz/target.h"
 
+template <class Value>
+Value Read(UnicodeString& text) {
+    if constexpr (std::is_same_v<Value, bool>)
+        return strcasecmp(text.c_str(), "True") == 0;
+    else if constexpr (std::is_same_v<Value, int>)
+        return std::atoi(text.c_str());
+    else if constexpr (std::is_same_v<Value, double>)
+        return std::strtod(text.c_str(), nullptr);
+    else if constexpr (std::is_same_v<Value, UnicodeString>)
+        return text;
+    else
+        return text.c_str();
+}
+
 /// The values have a model of their own.
 struct AttributeMapModel : std::map<std::string, UnicodeString> {
     static inline UnicodeString shared;
 
     using std::map<std::string, UnicodeString>::operator[];
 
+    AttributeMapModel() = default;
+    AttributeMapModel(AttributeMapModel const& other) = default;
+    AttributeMapModel& operator=(AttributeMapModel other) {
+        swap(other);
+        return *this;
+    }
     bool fetchIteratorByIndex(long position, iterator& it) {
         bool const valid = !empty() && position < long(size());
         if (valid)
@@ -22,23 +42,22 @@ struct AttributeMapModel : std::map<std::string, UnicodeString> {
         iterator it;
         return fetchIteratorByIndex(position, it) ? it->first : "";
     }
-    bool fetchAttributeValueByIndex(long position, std::string& key, UnicodeString& value) {
+    template <class Value>
+    bool fetchAttributeValueByIndex(long position, std::string& key, Value& value) {
         iterator it;
         if (!fetchIteratorByIndex(position, it))
             return false;
         key = it->first;
-        value = it->second;
+        Value read = Read<Value>(it->second);
+        value = read;
         return true;
     }
-    bool loadMapVariable(std::string const& key, UnicodeString& value, UnicodeString fallback) {
+    template <class Value, class Fallback = Value>
+    bool loadMapVariable(std::string const& key, Value& value, Fallback fallback = Fallback()) {
         auto const it = find(key.c_str());  // up to its first zero
-        value = it != end() ? it->second : fallback;
-        return it != end();
-    }
-    bool loadMapVariable(std::string const& key, std::string& value, char const* fallback) {
-        auto const it = find(key.c_str());
         bool const found = it != end();
-        value = found ? it->second.c_str() : fallback ? fallback : "";
+        Value read = found ? Read<Value>(it->second) : Value(fallback);
+        value = read;
         return found;
     }
     std::size_t removeMapVariable(std::string const& key) { return erase(key); }
@@ -58,6 +77,12 @@ static std::string KeyOf(int number) {
     return keys[(number & 0xFF) % std::size(keys)];
 }
 
+template <class Map, class Value, class Fallback>
+std::string Load(Map& map, std::string const& key, Value value, Fallback fallback) {
+    bool const found = map.loadMapVariable(key, value, fallback);
+    return Described(found, value);
+}
+
 template <class Map>
 std::string Apply(Map& it, Map& other, Line const& line) {
     std::string const key = KeyOf(line.at);
@@ -68,26 +93,44 @@ std::string Apply(Map& it, Map& other, Line const& line) {
         it[key] = text;
     if (line.is("setWide"))
         it[key] = wide.c_str();
+    if (line.is("setFromOther"))
+        it[key] = other[KeyOf(line.count)];
     if (line.is("setAtPosition"))
         it[long(line.count)] = text;
     if (line.is("load"))
+        return Described(it.loadMapVariable(key, other[long(line.count)]));
+    if (line.is("loadOrDefault"))
         return Described(it.loadMapVariable(key, other[long(line.count)], other[0L]));
+    if (line.is("loadEach"))
+        return Load(it, key, false, true) + Load(it, key, 7, 9) + Load(it, key, 7.0, 9.5) +
+               Load(it, key, "old", line.text.c_str()) + Load(it, key, text, "default");
     if (line.is("loadIntoKey")) {
         name = key;
-        it.loadMapVariable(name, name, line.count == 0 ? nullptr : "default");
+        it.loadMapVariable(name, name, "default");
     }
     if (line.is("fetch"))
         it.fetchAttributeValueByIndex(line.at, name, other[long(line.count)]);
+    if (line.is("fetchText"))
+        return Described(it.fetchAttributeValueByIndex(line.at, name, text), name, text);
+    if (line.is("remove"))
+        return Described(it.removeMapVariable(key));
     if (line.is("removeAtPosition"))
         return Described(it.removeMapVariable(it(line.count)));
+    if (line.is("clear"))
+        it.clear();
     if (line.is("assignOther"))
         it = other;
+    if (line.is("copy")) {
+        Map copy(other);
+        copy[key] = text;
+        it = copy;
+    }
     return name;
 }
 
 template <class Map>
 std::string State(Map& map) {
-    std::string state = Described(map.size()) + Forms(map[9L]);
+    std::string state = Described(map.size(), map.empty()) + Forms(map[9L]);
     std::map<std::string, UnicodeString>::iterator entry;
     bool more = map.fetchIteratorByIndex(-1, entry);
     for (long position = 0; more; more = ++position < long(map.size()))
