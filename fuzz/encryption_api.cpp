@@ -67,6 +67,11 @@ struct EncryptionAPIModel {
         out = fails ? "" : encrypts() ? Transformed(*cipher, data, false) : data;
         return !fails;
     }
+    bool encryptDataList(Data const in, Data& out) const {
+        for (ByteArray const& item : in)
+            encryptData(item, out.emplace_back());
+        return true;
+    }
     bool decryptDataList(Data const in, Data& out) const {
         out.resize(in.size());
         for (std::size_t i = 0; i < in.size(); ++i) {
@@ -102,8 +107,7 @@ struct EncryptionAPIModel {
         out = Transformed(*cipher, Content(data), false).c_str();
         return true;
     }
-    /// Encrypts, too.
-    bool decryptStringList(Texts const in, Texts& out) const {
+    bool encryptStringList(Texts const in, Texts& out) const {
         std::string encrypted;
         for (std::string const& item : in) {
             encryptString(item, encrypted);
@@ -111,6 +115,7 @@ struct EncryptionAPIModel {
         }
         return true;
     }
+    bool decryptStringList(Texts const& in, Texts& out) const { return encryptStringList(in, out); }
 };
 
 template <class Api>
@@ -164,9 +169,13 @@ std::string Apply(It& it, It& other, Line const& line) {
         return Described(it.api.encryptString(otherText, text));
     if (line.is("decryptString"))
         return Described(it.api.decryptString(otherText, text));
+    if (line.is("encryptDataList"))
+        return Described(it.api.encryptDataList(other.data, it.data));
     if (line.is("decryptDataList"))
         return Described(it.api.decryptDataList(other.data, it.data));
-    if (line.is("decryptStringList"))
+    if (line.is("encryptStringList"))
+        return Described(it.api.encryptStringList(other.texts, it.texts));
+    if (line.is("decryptStringList"))  // which encrypts
         return Described(it.api.decryptStringList(other.texts, it.texts));
     if (line.is("runKernels"))
         RunKernels(line.text.substr(0, line.count % 8),
