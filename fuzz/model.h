@@ -1,6 +1,7 @@
 #ifndef COMMONAPI_FUZZ_MODEL_H
 #define COMMONAPI_FUZZ_MODEL_H
 
+#include <charconv>
 #include <cstdlib>
 #include <iostream>
 #include <set>
@@ -50,11 +51,14 @@ void Describe(std::string& text, Value const& value) {
     else if constexpr (std::is_pointer_v<Value>)
         return value ? Describe(text, std::basic_string_view(value)) : Describe(text, false);
     else
-        for (auto const c : value)
+        for (auto const c : value) {
+            char code[8];
+            auto const bits = c & (sizeof c == 1 ? 0xFFu : ~0u);
             if (c >= ' ' && c <= '~')
                 text += static_cast<char>(c);
             else
-                text += '<' + std::to_string(c) + '>';
+                text.append("\\x").append(code, std::to_chars(code, code + 8, bits, 16).ptr);
+        }
     text += "; ";
 }
 
@@ -83,7 +87,7 @@ inline void Same(std::string const& library, std::string const& model, char cons
 
 /// The nearest position, or count, that there is.
 inline std::size_t Within(int position, std::size_t size) {
-    return position < 0 ? 0 : std::min(static_cast<std::size_t>(position), size);
+    return position < 0 ? 0 : std::min<std::size_t>(position, size);
 }
 
 template <class Type>

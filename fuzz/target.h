@@ -2,9 +2,11 @@
 #define COMMONAPI_FUZZ_TARGET_H
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <random>
 
@@ -23,6 +25,8 @@ inline void Check(bool agree, int line = __builtin_LINE()) {
 
 #ifdef REPLAY
 
+extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*)());
+
 /// Pieces that something begins or ends at, some of them many times.
 inline std::string RandomText(std::minstd_rand& random) {
     static std::string const pieces[] = {
@@ -40,7 +44,7 @@ inline std::string RandomText(std::minstd_rand& random) {
 }
 
 inline std::string RandomLine(std::minstd_rand& random) {
-    auto const name = std::next(Line::allNames.begin(), long(random() % Line::allNames.size()));
+    auto const name = std::next(Line::allNames.begin(), random() % Line::allNames.size());
     std::string line = *name + ' ';
     for (int number = 1; number <= 4; ++number)
         line += "0123456789/0123A"[random() % 16];
@@ -49,15 +53,18 @@ inline std::string RandomLine(std::minstd_rand& random) {
     return line + RandomText(random) + '\n';
 }
 
-inline void TryAtRandom(std::size_t wanted, unsigned long seed) {
+inline void TryAtRandom(long wanted, unsigned int seed) {
     Try("\n");  // which collects the names
     std::minstd_rand random(seed);
-    for (std::size_t done = 0; done < wanted; done += applied.size()) {
+    auto const start = std::chrono::steady_clock::now();
+    for (long done = 0; done < wanted; done += applied.size()) {
         std::string input;
         for (auto lines = 1 + random() % 30; lines > 0; --lines)
             input += RandomLine(random);
         Try(input);
     }
+    std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
+    std::cout << long(wanted / seconds.count()) << " operations compared a second\n";
 }
 
 /// FOLDER [COUNT-OF-RANDOM-OPERATIONS [SEED]]
@@ -67,12 +74,14 @@ int main(int count, char** arguments) {
             PrintApplied();
             std::abort();
         });
+    if (__sanitizer_set_death_callback)
+        __sanitizer_set_death_callback(PrintApplied);
     for (auto const& file : std::filesystem::directory_iterator(arguments[1])) {
         std::cerr << file.path() << std::endl;  // the last one shown is the one that fails
         Try(ReadFile(file.path()));
     }
     if (count > 2)
-        TryAtRandom(std::stoul(arguments[2]), count > 3 ? std::stoul(arguments[3]) : 1);
+        TryAtRandom(std::atol(arguments[2]), count > 3 ? std::atoi(arguments[3]) : 1);
 }
 
 #else

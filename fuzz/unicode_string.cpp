@@ -27,10 +27,19 @@ std::basic_string<Character> Converted(void const* text, std::size_t bytes, std:
     return cut || errno == EILSEQ ? std::basic_string<Character>() : result.c_str();
 }
 
+static int Sign(int difference) {
+    return (difference > 0) - (difference < 0);
+}
+
 /// A form without a character is not held.
 struct UnicodeStringModel {
     std::wstring wide;
     std::string narrow;
+
+    UnicodeStringModel() = default;
+    explicit UnicodeStringModel(std::string const& text) : narrow(text.c_str()) {}
+    explicit UnicodeStringModel(std::wstring const& text) : wide(text) {}
+    UnicodeStringModel(char const*, char const* text) : narrow(text) {}
 
     void toNarrow(std::size_t bytes) { narrow = Converted<char>(wide.data(), bytes, bytes + 1); }
     void toWide() {
@@ -48,6 +57,11 @@ struct UnicodeStringModel {
         wide = text;
         return *this;
     }
+    UnicodeStringModel& operator=(long number) {
+        narrow = std::to_string(number);
+        narrow.insert(0, 511 - narrow.size(), ' ');
+        return *this;
+    }
     void operator+=(char const* text) {
         if (!text)
             return;
@@ -62,9 +76,11 @@ struct UnicodeStringModel {
         if (!narrow.empty())
             narrowFromQuarter();
     }
+    void operator+=(std::string const& text) { *this += text.c_str(); }
+    void operator+=(float number) { *this += std::to_string(number); }
     void operator+=(UnicodeStringModel other) {
         if (other.wide.empty())
-            *this += other.narrow.c_str();
+            *this += other.narrow;
         else
             *this += other.wide.c_str();
     }
@@ -78,6 +94,7 @@ struct UnicodeStringModel {
         if (!narrow.empty())
             narrowFromQuarter();
     }
+    void clear() { *this = UnicodeStringModel(); }
 
     char const* c_str() {
         if (narrow.empty() && !wide.empty())
@@ -89,6 +106,10 @@ struct UnicodeStringModel {
             toWide();
         return wide.c_str();
     }
+    char const* operator*() { return c_str(); }
+    char operator[](int index) { return c_str()[index]; }
+    bool operator!() const { return empty(); }
+    bool empty() const { return wide.empty() && narrow.empty(); }
     long length() const {
         return !wide.empty() ? wide.size() : !narrow.empty() ? long(narrow.size()) : -1;
     }
@@ -97,15 +118,29 @@ struct UnicodeStringModel {
             narrowFromQuarter();
         return narrow.substr(position, count);
     }
+    bool operator==(char const* text) { return std::string(c_str()) == text; }
+    bool operator==(UnicodeStringModel& other) {
+        other.wc_str();
+        return std::wstring(wc_str()) == other.wc_str();
+    }
+    int compare(char const* text, bool exact) { return compare(text, 0, 0, exact); }
+    int compare(char const* text, long position, long count, bool exact) {
+        std::size_t const most = count == 0 ? 1 << 20 : count;
+        char const* const from = c_str() + position;
+        return exact ? std::strncmp(from, text, most) : strncasecmp(from, text, most);
+    }
     int compare(wchar_t const* text, bool exact) {
         if (wide.empty() || !text)
             return wide.empty() ? text ? -1 : 0 : 1;
+        std::wstring a = wide;
+        std::wstring b = text;
         if (exact)
-            return wide.compare(text);
-        int difference = 0;  // as far as the first one's length
-        for (std::size_t i = 0; difference == 0 && i < wide.size(); ++i)
-            difference = static_cast<int>(std::towupper(wide[i]) - std::towupper(text[i]));
-        return difference;
+            return a.compare(b);
+        b.resize(a.size());  // read as far as the first one's length
+        for (std::wstring* const folded : {&a, &b})
+            for (wchar_t& c : *folded)
+                c = static_cast<wchar_t>(std::towupper(c));
+        return a.compare(b);
     }
     long find(auto text, long position) { return narrow.find(text, position); }
     long find(auto text) { return wide.find(text); }
@@ -124,6 +159,10 @@ struct UnicodeStringModel {
     }
 };
 
+static std::ostream& operator<<(std::ostream& stream, UnicodeStringModel& text) {
+    return stream << text.c_str();
+}
+
 /// A character for each byte: of each length in UTF-8, and some illegal.
 static std::wstring Widened(std::string const& text) {
     std::wstring wide;
@@ -138,7 +177,7 @@ std::string State(Text& text) {
     Text narrow(text);
     wide = "";
     narrow = L"";
-    return Described(wide.wc_str(), narrow.substr(0, -1), text.length());
+    return Described(wide.wc_str(), narrow.substr(0, -1), text.length(), text.empty(), !text);
 }
 
 template <class Text>
@@ -158,38 +197,63 @@ template <class Text>
 std::string Apply(Text& it, Text& other, Line const& line) {
     std::string const& text = line.text;
     std::wstring const wide = Widened(text);
+    bool const exact = line.number(1) % 2 == 0;
     if (it.length() > 3000)
         throw NotAllowed();  // or it would double without end
     if (line.is("assignText"))
         it = text;
     if (line.is("assignWide"))
         it = wide.c_str();
+    if (line.is("assignNumber"))
+        it = 10007L * line.at * line.count;
     if (line.is("assignOther"))
         it = other;
     if (line.is("assignPart"))
         it = Part(other, line.at);
     if (line.is("assignWidePart"))
         it = WidePart(other, line.at);
+    if (line.is("make")) {
+        Text made[] = {Text(text), Text("ISO-8859-1", text.c_str()), Text(wide.c_str())};
+        return State(made[0]) + State(made[1]) + State(made[2]);
+    }
+    if (line.is("appendString"))
+        it += text;
+    if (line.is("appendWide"))
+        it += line.count == 0 ? nullptr : wide.c_str();
+    if (line.is("appendNumber"))
+        it += line.count / 2.0f;
     if (line.is("appendOther"))
         it += other;
     if (line.is("appendPart"))
         it += line.count == 0 ? nullptr : Part(other, line.at);
     if (line.is("appendWidePart"))
-        it += line.count == 0 ? nullptr : WidePart(other, line.at);
+        it += WidePart(other, line.at);
     if (line.is("insert"))
         it.insert(text, line.at, line.count == -1 ? -1 : Within(line.count, text.size()));
     if (line.is("erase"))
         it.erase(line.at, line.count);
-    if (line.is("c_str"))
-        return it.c_str();
+    if (line.is("substr"))
+        return it.substr(line.at, line.count);
+    if (line.is("clear"))
+        it.clear();
     if (line.is("wc_str"))
         return Described(it.wc_str());
-    if (line.is("compare")) {
-        int const order = it.compare(line.count == 0 ? nullptr : wide.c_str(), line.at % 2 == 0);
-        return Described(order<0, order> 0);
-    }
+    if (line.is("equal"))
+        return Described(it == other, it == text.c_str());
+    if (line.is("compare"))
+        return Described(
+            Sign(it.compare(text.c_str(), exact)),
+            Sign(it.compare(text.c_str(), Part(it, line.at) - *it, Within(line.count, 9), exact)));
+    if (line.is("compareWide"))
+        return Described(Sign(it.compare(line.count == 0 ? nullptr : wide.c_str(), exact)));
     if (line.is("find"))
-        return Described(it.find(other), it.find(text.c_str(), line.at), it.find(wide.c_str()));
+        return Described(it.find(other), it.find(text.c_str(), line.at), it.find(text[0], line.at),
+                         it.find(wide.c_str()), it.find(wide[0]));
+    if (line.is("read")) {
+        std::ostringstream stream;
+        stream << it << *it << *Part(it, line.at) << it[0];
+        return stream.str();
+    }
     if (line.is("transcodePart")) {
         char const* const part = Part(other, line.at);
         bool const all = line.count < 0;
