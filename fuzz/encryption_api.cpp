@@ -179,7 +179,7 @@ std::string Apply(It& it, It& other, Line const& line) {
         return Described(it.api.decryptStringList(other.texts, it.texts));
     if (line.is("runKernels"))
         RunKernels(line.text.substr(0, line.count % 8),
-                   line.text + std::string(8 * Within(line.count, 200), 'x'));
+                   line.text + std::string(8 * Within(23 * line.count, 500), 'x'));
     return "";
 }
 
