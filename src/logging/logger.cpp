@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <iostream>
+#include <ostream>
 #include <string_view>
 
 #include "logging/clock.h"
@@ -12,6 +12,7 @@
 #include "logging/signal_clock.h"
 #include "logging/signal_context.h"
 #include "types/requirement.h"
+#include "types/standard_streams.h"
 
 using namespace CommonAPI::internal;
 using namespace std::string_view_literals;
@@ -115,7 +116,7 @@ void LogMessage(int level, char const* name, char const* text) {
     if (initialised)
         WriteToLog(line);
     else
-        std::cerr << line << std::endl;  // a second newline: an empty line follows each message
+        StandardError() << line << std::endl;  // a second newline: an empty line follows
 }
 
 void LogStringMessage(int level, char const* name, std::string& text) {

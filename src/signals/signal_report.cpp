@@ -9,6 +9,7 @@
 
 #include "logging/signal_clock.h"
 #include "signals/signal_texts.h"
+#include "types/standard_streams.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ void CommonAPI::internal::PrepareSignalReport() {
     if (reserve)
         return;
     PrepareSignalClock();
+    StandardError();  // made now, not in a handler
     auto text = std::make_unique<std::string>();
     text->reserve(longestReport);
     reserve = text.release();

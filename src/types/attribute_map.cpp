@@ -5,11 +5,12 @@
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
 #include <iterator>
+#include <ostream>
 #include <string_view>
 
 #include "types/immortal.h"
+#include "types/standard_streams.h"
 
 namespace {
 
@@ -138,9 +139,10 @@ long AttributeMap::size() const {
 }
 
 void AttributeMap::dumpStringMapContents() {
+    std::ostream& output = CommonAPI::internal::StandardOutput();
     for (auto const& [key, stored] : attributes) {
         UnicodeString value(stored);  // so that reading it leaves the stored forms as they are
-        std::cout << key << " == " << value << std::endl;
+        output << key << " == " << value << std::endl;
     }
 }
 

@@ -11,4 +11,6 @@ int main(int /* count */, char** arguments) {
     reinterpret_cast<void (*)()>(log)();
     CloseSharedLibrary(plugin);
     LogStringMessage(1, "Program", LogMessageBuffer);
+    TerminateLogger();
+    LogMessage(1, "Program", "no log");  // on a stream that nothing else has made
 }
