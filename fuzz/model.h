@@ -70,18 +70,13 @@ std::string Described(Values const&... values) {
     return text;
 }
 
-inline void PrintApplied() {
-    std::cerr << "after these operations:\n";
-    for (std::string_view const line : applied)
-        std::cerr << "    " << Described(line) << std::endl;
-}
-
 inline void Same(std::string const& library, std::string const& model, char const* what) {
     if (library == model)
         return;
     std::cerr << what << "\n    library: " << Described(library)
-              << "\n    model:   " << Described(model) << std::endl;
-    PrintApplied();
+              << "\n    model:   " << Described(model) << "\nafter these operations:\n";
+    for (std::string_view const line : applied)
+        std::cerr << "    " << Described(line) << std::endl;
     std::abort();
 }
 

@@ -159,10 +159,6 @@ struct UnicodeStringModel {
     }
 };
 
-static std::ostream& operator<<(std::ostream& stream, UnicodeStringModel& text) {
-    return stream << text.c_str();
-}
-
 /// A character for each byte: of each length in UTF-8, and some illegal.
 static std::wstring Widened(std::string const& text) {
     std::wstring wide;
@@ -177,7 +173,7 @@ std::string State(Text& text) {
     Text narrow(text);
     wide = "";
     narrow = L"";
-    return Described(wide.wc_str(), narrow.substr(0, -1), text.length(), text.empty(), !text);
+    return Described(wide.wc_str(), narrow.substr(0, -1), text.length(), text.empty());
 }
 
 template <class Text>
@@ -216,18 +212,16 @@ std::string Apply(Text& it, Text& other, Line const& line) {
         Text made[] = {Text(text), Text("ISO-8859-1", text.c_str()), Text(wide.c_str())};
         return State(made[0]) + State(made[1]) + State(made[2]);
     }
-    if (line.is("appendString"))
-        it += text;
-    if (line.is("appendWide"))
-        it += line.count == 0 ? nullptr : wide.c_str();
     if (line.is("appendNumber"))
         it += line.count / 2.0f;
     if (line.is("appendOther"))
         it += other;
     if (line.is("appendPart"))
         it += line.count == 0 ? nullptr : Part(other, line.at);
+    if (line.is("appendString"))
+        it += text;
     if (line.is("appendWidePart"))
-        it += WidePart(other, line.at);
+        it += line.count == 0 ? nullptr : WidePart(other, line.at);
     if (line.is("insert"))
         it.insert(text, line.at, line.count == -1 ? -1 : Within(line.count, text.size()));
     if (line.is("erase"))
@@ -249,11 +243,8 @@ std::string Apply(Text& it, Text& other, Line const& line) {
     if (line.is("find"))
         return Described(it.find(other), it.find(text.c_str(), line.at), it.find(text[0], line.at),
                          it.find(wide.c_str()), it.find(wide[0]));
-    if (line.is("read")) {
-        std::ostringstream stream;
-        stream << it << *it << *Part(it, line.at) << it[0];
-        return stream.str();
-    }
+    if (line.is("read"))
+        return Described(*it, it[0], !it);
     if (line.is("transcodePart")) {
         char const* const part = Part(other, line.at);
         bool const all = line.count < 0;

@@ -75,6 +75,21 @@ def use_subdirectory():
         faults.append("the parent's BUILD_SHARED_LIBS was set")
 
 
+def load_a_plugin_with_a_copy_of_its_own():
+    libraries = list(prefix.rglob("libCommonAPI.so"))
+    if not libraries:
+        return
+    shutil.copytree(f"{sources}/packaging/static_copy", folder / "static_copy")
+    build_with_cmake("static_copy", f"-DSOURCES={sources}", f"-DSHARED_LIBRARY={libraries[0]}")
+    plugin = folder / "static_copy/build/libplugin.so"
+    expect("messages without a log", run(folder / "static_copy/build/program", plugin),
+           "Program:  no log\n")
+    for name in ("plugin", "program"):
+        expect(f"the {name}'s log", (folder / f"{name}.log").read_text(),
+               f"{name.title()}:  its text\nTerminating logging facility\n")
+    run(sys.executable, f"{sources}/packaging/check_exports.py", sources, "nm", "--none", plugin)
+
+
 def ask_for_an_unknown_component():
     write_project("component", "find_package(CommonAPI 0.1 COMPONENTS nonsense)",
                   "if(NOT CommonAPI_FOUND)", "message(refused)", "endif()")
@@ -99,6 +114,7 @@ with tempfile.TemporaryDirectory() as holder:
         use_pkg_config()
         use_copied_examples()
         use_subdirectory()
+        load_a_plugin_with_a_copy_of_its_own()
         ask_for_an_unknown_component()
         follow_links()
     except subprocess.CalledProcessError as failure:

@@ -1,7 +1,5 @@
 #include <CommonAPI/blowfish.h>
-#include <pthread.h>
-
-#include <memory>
+#include <ucontext.h>
 
 #include "crypto/blowfish_kernel.h"
 #include "support/child_process.h"
@@ -63,20 +61,18 @@ static BlowfishTransform* transform;
 
 /// What a call leaves on its stack.
 static std::string StackAfterTransform() {
-    std::string stack(1 << 18, '\0');
-    void* begin = stack.data();
-    std::size_t size = stack.size();
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstack(&attributes, std::align(4096, size - 4096, begin, size), 1 << 17);
-    auto const body = [](void*) -> void* {
+    std::string stack(1 << 17, '\0');
+    ucontext_t here;
+    ucontext_t there;
+    getcontext(&there);
+    there.uc_stack = {stack.data(), 0, stack.size()};
+    there.uc_link = &here;
+    auto const body = [] {
         unsigned char data[8 * 129] = {};
         transform(initialBlowfishSubkeys, initialBlowfishBoxes, data, 129);
-        return nullptr;
     };
-    pthread_t thread;
-    EXPECT_EQ(pthread_create(&thread, &attributes, body, nullptr), 0);
-    pthread_join(thread, nullptr);
+    makecontext(&there, body, 0);
+    swapcontext(&here, &there);
     return stack;
 }
 

@@ -49,17 +49,14 @@ static void PrintDerivedForms() {
 }
 
 TEST(Transcoding, WithoutAConverterTheFormStaysEmpty) {
-    struct {
-        char const* refused;
-        char const* output;  // and once more when the converters are closed
-    } const rows[] = {{"WCHAR_T", ",;,;"}, {"UTF-8", "abc,;,;"}, {"nothing", "abc,abc;,;"}};
-    for (auto const& row : rows) {
-        ChildResult const child = RunInChild([&row] {
-            refused = row.refused;
+    for (auto const& [encoding, expected] :
+         {std::pair("WCHAR_T", ",;"), std::pair("UTF-8", "abc,;"), std::pair("none", "abc,abc;")}) {
+        ChildResult const child = RunInChild([encoding = encoding] {
+            refused = encoding;
             std::atexit(PrintDerivedForms);
             PrintDerivedForms();
         });
-        EXPECT_EQ(child.output, row.output) << row.refused << " is refused";
+        EXPECT_EQ(child.output, std::string(expected) + ",;") << encoding << " refused, then all";
     }
 }
 
@@ -74,14 +71,9 @@ TEST(Transcoding, TextCutInsideACharacterIsWaitedForForEverUnlessHardened) {
 }
 
 TEST(Transcoding, LongTextsConvertWhole) {
-    ChildResult const child = RunInChild([] {
-        for (std::size_t const length : {16383u, 16384u, 65534u, 65535u, 65536u, 200000u})
-            for (wchar_t const character : {L'x', L'\U0001F600'}) {
-                std::wstring const wide(length, character);
-                std::string const narrow = UnicodeString(wide.c_str()).c_str();
-                if (UnicodeString(narrow).wc_str() != wide)
-                    std::printf("%zu times %lc, ", length, static_cast<std::wint_t>(character));
-            }
-    });
-    EXPECT_EQ(child.output, "") << "did not come back";
+    for (std::size_t const length : {16383u, 16384u, 65535u, 65536u, 200000u}) {
+        std::wstring const wide(length, L'\U0001F600');
+        UnicodeString const narrow(UnicodeString(wide.c_str()).c_str());
+        EXPECT_TRUE(UnicodeString(narrow).wc_str() == wide) << length << " characters";
+    }
 }
