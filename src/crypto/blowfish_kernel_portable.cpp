@@ -41,17 +41,6 @@ template <BlowfishDirection direction, std::size_t lanes>
     TransformLanes<direction>(subkeys, boxes, data, std::make_index_sequence<lanes>());
 }
 
-/// Groups of `lanes` blocks, and what is left over in the largest groups that fit.
-template <BlowfishDirection direction, std::size_t lanes>
-[[gnu::always_inline]] inline void TransformGroups(BlowfishSubkeys const& subkeys,
-                                                   BlowfishBoxes const& boxes, unsigned char* data,
-                                                   std::size_t blocks) {
-    for (; blocks >= lanes; blocks -= lanes, data += 8 * lanes)
-        TransformLanes<direction>(subkeys, boxes, data, std::make_index_sequence<lanes>());
-    if constexpr (lanes > 1)
-        TransformGroups<direction, lanes - 1>(subkeys, boxes, data, blocks);
-}
-
 template <BlowfishDirection direction>
 [[gnu::always_inline]] inline void Transform(BlowfishSubkeys const& subkeys,
                                              BlowfishBoxes const& boxes, unsigned char* data,
@@ -59,12 +48,23 @@ template <BlowfishDirection direction>
     constexpr std::size_t step = 8 * lanesInFlight;
     for (; blocks > longestRest || blocks == lanesInFlight; blocks -= lanesInFlight, data += step)
         TransformLanes<direction>(subkeys, boxes, data, std::make_index_sequence<lanesInFlight>());
-    if (blocks == 7)
-        TransformAtOnce<direction, 7>(subkeys, boxes, data);
-    else if (blocks == 6)
-        TransformAtOnce<direction, 6>(subkeys, boxes, data);
-    else
-        TransformGroups<direction, 4>(subkeys, boxes, data, blocks);
+    switch (blocks) {
+        case 8:
+            TransformAtOnce<direction, 4>(subkeys, boxes, data);
+            return TransformAtOnce<direction, 4>(subkeys, boxes, data + 32);
+        case 7:
+            return TransformAtOnce<direction, 7>(subkeys, boxes, data);
+        case 6:
+            return TransformAtOnce<direction, 6>(subkeys, boxes, data);
+        case 4:
+            return TransformAtOnce<direction, 4>(subkeys, boxes, data);
+        case 3:
+            return TransformAtOnce<direction, 3>(subkeys, boxes, data);
+        case 2:
+            return TransformAtOnce<direction, 2>(subkeys, boxes, data);
+        case 1:
+            return TransformAtOnce<direction, 1>(subkeys, boxes, data);
+    }
 }
 
 }  // namespace

@@ -45,6 +45,12 @@ template <std::size_t... lane>
     ((to[lane] = to[lane] ^ subkey ^ BlowfishF<sizeof...(lane)>(boxes, from[lane])), ...);
 }
 
+template <std::size_t... lane>
+[[gnu::always_inline]] inline void AddSubkey(std::uint32_t subkey, std::uint32_t* words,
+                                             std::index_sequence<lane...>) {
+    ((words[lane] ^= subkey), ...);
+}
+
 template <BlowfishDirection direction, std::size_t lanes>
 [[gnu::always_inline]] inline void BlowfishRounds(BlowfishSubkeys const& subkeys,
                                                   BlowfishBoxes const& boxes,
@@ -55,8 +61,7 @@ template <BlowfishDirection direction, std::size_t lanes>
     auto const subkey = [&](int step) {
         return subkeys[direction == BlowfishDirection::encrypt ? step : 17 - step];
     };
-    for (std::size_t lane = 0; lane < lanes; ++lane)
-        left[lane] ^= subkey(0);
+    AddSubkey(subkey(0), left, all);
     BlowfishRound(subkey(1), boxes, left, right, all);
     BlowfishRound(subkey(2), boxes, right, left, all);
     BlowfishRound(subkey(3), boxes, left, right, all);
@@ -73,10 +78,8 @@ template <BlowfishDirection direction, std::size_t lanes>
     BlowfishRound(subkey(14), boxes, right, left, all);
     BlowfishRound(subkey(15), boxes, left, right, all);
     BlowfishRound(subkey(16), boxes, right, left, all);
-    for (std::size_t lane = 0; lane < lanes; ++lane) {
-        right[lane] ^= subkey(17);
-        std::swap(left[lane], right[lane]);
-    }
+    AddSubkey(subkey(17), right, all);
+    std::swap(blocks.left, blocks.right);
 }
 
 }  // namespace CommonAPI::internal

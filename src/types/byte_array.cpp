@@ -93,7 +93,7 @@ ByteArray& ByteArray::operator=(char const* text) {
 }
 
 ByteArray& ByteArray::operator=(std::string const& text) {
-    bytes.assign(text.begin(), text.end());
+    assign(text.data(), static_cast<long>(text.size()));
     textCache.clear();
     return *this;
 }
@@ -113,7 +113,7 @@ ByteArray& ByteArray::operator+=(unsigned char const& byte) {
 }
 
 ByteArray& ByteArray::operator+=(std::string const& text) {
-    bytes.insert(bytes.end(), text.begin(), text.end());
+    append(text.data(), static_cast<long>(text.size()));
     return *this;
 }
 
@@ -227,18 +227,15 @@ long ByteArray::find(ByteArray const& pattern, long start) {
 
 void ByteArray::getASCIIHex(std::string& out) {
     std::size_t const count = 2 * bytes.size();
-    // The size that it is called with can be larger: GNU's library 12 passes the capacity.
-    auto const encode = [this, count](char* digits, std::size_t) {
-        CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), digits);
-        return count;
-    };
 #ifdef __cpp_lib_string_resize_and_overwrite
-    out.clear();  // or it would be copied where it grows
-    out.resize_and_overwrite(count, encode);
-#else
-    out.resize(count);
-    encode(out.data(), count);
+    if (count > out.size()) {
+        out.clear();  // or it would be copied where it grows
+        // What it is called with can be larger: GNU's library 12 passes the capacity.
+        out.resize_and_overwrite(count, [count](char*, std::size_t) { return count; });
+    }
 #endif
+    out.resize(count);
+    CommonAPI::internal::EncodeHexadecimal(bytes.data(), bytes.size(), out.data());
 }
 
 // The buffer is emptied before the text is read, so given itself it reads nothing.

@@ -69,17 +69,14 @@ constexpr Byte noDigit = 0x80;
     return Decode(digits, pairs, bytes);
 }
 
-bool WideIsSupported() {
-    static bool const supported = HasAvx2();
-    return supported;
-}
+bool const wideIsSupported = HasAvx2();  // false to what runs before the library is initialised
 #endif
 
 }  // namespace
 
 void EncodeHexadecimal(Byte const* bytes, std::size_t count, char* digits) {
 #ifdef __x86_64__
-    if (WideIsSupported())
+    if (wideIsSupported)
         return EncodeWide(bytes, count, digits);
 #endif
     Encode(bytes, count, digits);
@@ -87,7 +84,7 @@ void EncodeHexadecimal(Byte const* bytes, std::size_t count, char* digits) {
 
 std::size_t DecodeHexadecimal(char const* digits, std::size_t pairs, Byte* bytes) {
 #ifdef __x86_64__
-    if (WideIsSupported())
+    if (wideIsSupported)
         return DecodeWide(digits, pairs, bytes);
 #endif
     return Decode(digits, pairs, bytes);
