@@ -45,6 +45,9 @@ struct AttributeMapModel : std::map<std::string, UnicodeString> {
         value = copy;
         return it != end();
     }
+    bool loadMapVariable(std::string const& key, std::string& value, char const* fallback) {
+        return loadMapVariable<std::string, std::string>(key, value, fallback ? fallback : "");
+    }
     std::size_t removeMapVariable(std::string const& key) { return erase(key); }
 };
 
@@ -61,14 +64,13 @@ std::string Load(Map& map, std::string const& key, Value value, Fallback fallbac
 
 template <class Map>
 std::string Apply(Map& it, Map& other, Line const& line) {
-    std::string const key = KeyOf(line.at);
-    std::string name = key;
+    std::string key = KeyOf(line.at);
     std::string text = line.text;
-    std::wstring const wide(text.begin(), text.end());
+    char const* const fallback = line.count == 0 ? nullptr : line.text.c_str();
     if (line.is("set"))
         it[key] = text;
     if (line.is("setWide"))
-        it[key] = wide.c_str();
+        it[key] = std::wstring(text.begin(), text.end()).c_str();
     if (line.is("setFromOther"))
         it[key] = other[KeyOf(line.count)];
     if (line.is("setAtPosition"))
@@ -79,27 +81,22 @@ std::string Apply(Map& it, Map& other, Line const& line) {
         return Described(it.loadMapVariable(key, other[long(line.count)], other[0L]));
     if (line.is("loadEach"))
         return Load(it, key, false, true) + Load(it, key, 7, 9) + Load(it, key, 7.0, 9.5) +
-               Load(it, key, "old", line.count == 0 ? nullptr : line.text.c_str()) +
-               Load(it, key, text, "default");
+               Load(it, key, "old", fallback) + Load(it, key, text, fallback);
     if (line.is("loadIntoKey"))
-        it.loadMapVariable(name, name, "default");
+        it.loadMapVariable(key, key, fallback);
     if (line.is("fetch"))
-        return Described(it.fetchAttributeValueByIndex(line.at, name, other[long(line.count)]),
-                         name);
+        return Described(it.fetchAttributeValueByIndex(line.at, key, other[long(line.count)]), key);
     if (line.is("fetchText"))
-        return Described(it.fetchAttributeValueByIndex(line.at, name, text), name, text);
+        return Described(it.fetchAttributeValueByIndex(line.at, key, text), key, text);
     if (line.is("remove"))
         return Described(it.removeMapVariable(line.count == 0 ? it(line.at) : key));
     if (line.is("clear"))
         it.clear();
     if (line.is("assignOther"))
         it = other;
-    if (line.is("copy")) {
-        Map copy(other);
-        copy[key] = text;
-        it = copy;
-    }
-    return name;
+    if (line.is("copy"))
+        it = Map(other);
+    return key;
 }
 
 template <class Map>

@@ -10,7 +10,8 @@ static std::minstd_rand chance;
 static std::string RandomLine() {
     static std::string const pieces[] = {
         "a",    "1f",   "0",    "B",  "A9",       "bc",         "key",
-        " ",    "G",    "x",    "+",  "-",        "/:@g`",      "\t",
+        " ",    "G",    "x",    "+",  "-",        "0x",         "\t",
+        "/",    ":",    "@",    "`",  "g",        "rue",        "\u0600",
         "Kk",   "True", "tRuE", ".5", "\u20ac",   "\u00e9",     "\u017f",
         "\xC3", "\xFF", "\xF2", "e",  "\xE2\x82", "\U0001F600", std::string(1, '\0')};
     auto const name = std::next(Line::allNames.begin(), chance() % Line::allNames.size());

@@ -215,11 +215,12 @@ std::string Apply(Text& it, Text& other, Line const& line) {
     if (line.is("transcodePart")) {
         char const* const part = Part(other.c_str(), line.at);
         bool const all = line.count < 0;
-        return Described(it.transcodeMessage(part, all ? -1 : Within(line.count, strlen(part))));
+        return Described(
+            it.transcodeMessage(part, all ? -1 : Within(line.count, strlen(part) + 1)));
     }
     if (line.is("transcodeWidePart")) {
         wchar_t const* const part = Part(other.wc_str(), line.at);
-        return Described(it.transcodeMessage(part, Within(line.count, 4 * std::wcslen(part))));
+        return Described(it.transcodeMessage(part, Within(line.count, 4 * std::wcslen(part) + 4)));
     }
     return "";
 }
