@@ -70,7 +70,6 @@ static std::string RawData(ByteArrayModel const& model) {
 template <class Array>
 std::string Apply(Array& it, Array& other, Line const& line) {
     std::string text = line.text;
-    int length = Within(line.at, 99);
     auto const at = Within(line.at, it.length());
     auto const byte = static_cast<unsigned char>(line.count);
     std::string_view source = text;
@@ -106,8 +105,11 @@ std::string Apply(Array& it, Array& other, Line const& line) {
         it.assign(int(at), 0x01020304u * byte);
     if (line.is("readWord") && at + 4 <= std::size_t(it.length()))
         return Described(it[at] & 0xFF, it.at(at));
-    if (line.is("resize"))
+    if (line.is("resize")) {
+        int length = Within(line.at, 99);
         it.resize(length, 256 + line.count);
+        return Described(length);
+    }
     if (line.is("clear")) {
         it.clear();
         return std::string(source);  // an own text is kept

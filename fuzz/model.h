@@ -101,8 +101,7 @@ std::string ReturnedOrThrown(Type (&objects)[3], Line const& line) try {
     return "out of range";
 }
 
-/// With `Apply`, which describes what an operation returns, and `State` of the target. An input
-/// ends where `Apply` of the model throws `std::invalid_argument`: callers may not do so.
+/// With `Apply`, which describes what an operation returns, and `State` of the target.
 template <class Class, class Model>
 void CompareWithModel(std::string const& input) try {
     Class objects[3];
@@ -121,6 +120,7 @@ void CompareWithModel(std::string const& input) try {
         }
     }
 } catch (std::invalid_argument const&) {
+    // An input ends at what callers may not do.
 }
 
 #endif

@@ -4,10 +4,8 @@
 #include "examples/files.h"
 #include "fuzz/model.h"
 
-static std::minstd_rand chance;
-
 /// The text is of the first few pieces or of most, so that some have one kind or digits only.
-static std::string RandomLine() {
+static std::string RandomLine(std::minstd_rand& chance) {
     static std::string const pieces[] = {
         "a",    "1f",   "0",    "B",  "A9",       "bc",         "key",
         " ",    "G",    "x",    "+",  "-",        "0x",         "\t",
@@ -31,11 +29,11 @@ int main(int count, char** arguments) {
         Try(ReadFile(file.path()));
     }
     Try("\n");  // which collects the names
-    chance.seed(count > 3 ? std::atoi(arguments[3]) : 1);
+    std::minstd_rand chance(count > 3 ? std::atoi(arguments[3]) : 1);
     for (long left = count > 2 ? std::atol(arguments[2]) : 0; left > 0; left -= applied.size()) {
         std::string input;
         for (int line = 0; line < 20; ++line)
-            input += RandomLine();
+            input += RandomLine(chance);
         Try(input);
     }
 }
