@@ -15,8 +15,8 @@ std::basic_string<Character> Converted(void const* text, std::size_t bytes) {
     using namespace CommonAPI::internal;
     static Converter const converter = sizeof(Character) == 1 ? OpenConverter("UTF-8", "WCHAR_T")
                                                               : OpenConverter("WCHAR_T", "UTF-8");
-    std::size_t room = sizeof(wchar_t) * bytes;
-    std::basic_string<Character> result(room + 1, 0);
+    std::size_t room = sizeof(Character) * bytes + 1;
+    std::basic_string<Character> result(room, 0);
     auto from = static_cast<char const*>(text);
     auto to = reinterpret_cast<char*>(result.data());
     errno = 0;
