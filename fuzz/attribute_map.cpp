@@ -1,20 +1,8 @@
 #include <CommonAPI/attribute_map.h>
 
-#include "fuzz/target.h"
+#include <map>
 
-template <class Value>
-Value Read(UnicodeString& text) {
-    if constexpr (std::is_same_v<Value, bool>)
-        return strcasecmp(text.c_str(), "True") == 0;
-    else if constexpr (std::is_same_v<Value, int>)
-        return std::atoi(text.c_str());
-    else if constexpr (std::is_same_v<Value, double>)
-        return std::strtod(text.c_str(), nullptr);
-    else if constexpr (std::is_same_v<Value, UnicodeString>)
-        return text;
-    else
-        return text.c_str();
-}
+#include "fuzz/model.h"
 
 /// The values have a model of their own.
 struct AttributeMapModel : std::map<std::string, UnicodeString> {
@@ -24,57 +12,48 @@ struct AttributeMapModel : std::map<std::string, UnicodeString> {
 
     AttributeMapModel() = default;
     AttributeMapModel(AttributeMapModel const& other) = default;
-    AttributeMapModel& operator=(AttributeMapModel other) {
-        swap(other);
-        return *this;
-    }
-    bool fetchIteratorByIndex(long position, iterator& it) {
+    void operator=(AttributeMapModel other) { swap(other); }
+
+    value_type* entry(long position) {
         bool const valid = !empty() && position < long(size());
-        if (valid)
-            it = std::next(begin(), std::max(position, 0L));
-        return valid;
+        return valid ? &*std::next(begin(), std::max(position, 0L)) : nullptr;
     }
     UnicodeString& operator[](long position) {
-        iterator it;
-        return fetchIteratorByIndex(position, it) ? it->second : shared;
+        return entry(position) ? entry(position)->second : shared;
     }
-    std::string operator()(long position) {
-        iterator it;
-        return fetchIteratorByIndex(position, it) ? it->first : "";
-    }
-    template <class Value>
-    bool fetchAttributeValueByIndex(long position, std::string& key, Value& value) {
-        iterator it;
-        if (!fetchIteratorByIndex(position, it))
+    std::string operator()(long position) { return entry(position) ? entry(position)->first : ""; }
+
+    static void read(UnicodeString& text, UnicodeString& value) { value = text; }
+    static void read(UnicodeString& text, bool& value) { value = !strcasecmp(*text, "True"); }
+    static void read(UnicodeString& text, int& value) { value = std::atoi(*text); }
+    static void read(UnicodeString& text, double& value) { value = std::strtod(*text, nullptr); }
+    static void read(UnicodeString& text, auto& value) { value = *text; }
+
+    bool fetchAttributeValueByIndex(long position, std::string& key, auto& value) {
+        if (!entry(position))
             return false;
-        key = it->first;
-        Value read = Read<Value>(it->second);
-        value = read;
+        key = entry(position)->first;
+        read(entry(position)->second, value);
         return true;
     }
     template <class Value, class Fallback = Value>
     bool loadMapVariable(std::string const& key, Value& value, Fallback fallback = Fallback()) {
         auto const it = find(key.c_str());  // up to its first zero
-        bool const found = it != end();
-        Value read = found ? Read<Value>(it->second) : Value(fallback);
-        value = read;
-        return found;
+        Value copy(fallback);
+        if (it != end())
+            read(it->second, copy);
+        value = copy;
+        return it != end();
+    }
+    bool loadMapVariable(std::string const& key, std::string& value, char const* fallback) {
+        return loadMapVariable<std::string, std::string>(key, value, fallback ? fallback : "");
     }
     std::size_t removeMapVariable(std::string const& key) { return erase(key); }
 };
 
-/// The forms as they stand, without deriving one.
-static std::string Forms(UnicodeString const& text) {
-    UnicodeString wide(text);
-    UnicodeString narrow(text);
-    wide = "";
-    narrow = L"";
-    return Described(wide.wc_str(), narrow.c_str());
-}
-
 static std::string KeyOf(int number) {
     static std::string const keys[] = {"a", "A", "b", "", std::string("a\0b", 3), "\xFF", "bc"};
-    return keys[(number & 0xFF) % std::size(keys)];
+    return keys[std::abs(number) % std::size(keys)];
 }
 
 template <class Map, class Value, class Fallback>
@@ -85,14 +64,13 @@ std::string Load(Map& map, std::string const& key, Value value, Fallback fallbac
 
 template <class Map>
 std::string Apply(Map& it, Map& other, Line const& line) {
-    std::string const key = KeyOf(line.at);
-    std::string name = "old";
+    std::string key = KeyOf(line.at);
     std::string text = line.text;
-    std::wstring const wide(text.begin(), text.end());
+    char const* const fallback = line.count == 0 ? nullptr : line.text.c_str();
     if (line.is("set"))
         it[key] = text;
     if (line.is("setWide"))
-        it[key] = wide.c_str();
+        it[key] = std::wstring(text.begin(), text.end()).c_str();
     if (line.is("setFromOther"))
         it[key] = other[KeyOf(line.count)];
     if (line.is("setAtPosition"))
@@ -103,42 +81,33 @@ std::string Apply(Map& it, Map& other, Line const& line) {
         return Described(it.loadMapVariable(key, other[long(line.count)], other[0L]));
     if (line.is("loadEach"))
         return Load(it, key, false, true) + Load(it, key, 7, 9) + Load(it, key, 7.0, 9.5) +
-               Load(it, key, "old", line.text.c_str()) + Load(it, key, text, "default");
-    if (line.is("loadIntoKey")) {
-        name = key;
-        it.loadMapVariable(name, name, "default");
-    }
+               Load(it, key, "old", fallback) + Load(it, key, text, fallback);
+    if (line.is("loadIntoKey"))
+        it.loadMapVariable(key, key, fallback);
     if (line.is("fetch"))
-        it.fetchAttributeValueByIndex(line.at, name, other[long(line.count)]);
+        return Described(it.fetchAttributeValueByIndex(line.at, key, other[long(line.count)]), key);
     if (line.is("fetchText"))
-        return Described(it.fetchAttributeValueByIndex(line.at, name, text), name, text);
+        return Described(it.fetchAttributeValueByIndex(line.at, key, text), key, text);
     if (line.is("remove"))
-        return Described(it.removeMapVariable(key));
-    if (line.is("removeAtPosition"))
-        return Described(it.removeMapVariable(it(line.count)));
+        return Described(it.removeMapVariable(line.count == 0 ? it(line.at) : key));
     if (line.is("clear"))
         it.clear();
     if (line.is("assignOther"))
         it = other;
-    if (line.is("copy")) {
-        Map copy(other);
-        copy[key] = text;
-        it = copy;
-    }
-    return name;
+    if (line.is("copy"))
+        it = Map(other);
+    return key;
 }
 
 template <class Map>
 std::string State(Map& map) {
-    std::string state = Described(map.size(), map.empty()) + Forms(map[9L]);
-    std::map<std::string, UnicodeString>::iterator entry;
-    bool more = map.fetchIteratorByIndex(-1, entry);
-    for (long position = 0; more; more = ++position < long(map.size()))
+    std::string state = Described(map.size(), map.empty());
+    for (long position = -1; position <= long(map.size()); ++position)
         state += Described(map(position)) + Forms(map[position]);
     return state;
 }
 
-static void Try(std::string const& input) {
+void Try(std::string const& input) {
     AttributeMap()[0L].clear();
     AttributeMapModel::shared.clear();
     CompareWithModel<AttributeMap, AttributeMapModel>(input);

@@ -1,10 +1,8 @@
 #include <CommonAPI/encryption_api.h>
 
-#include <memory>
-
 #include "crypto/blowfish_kernel.h"
 #include "crypto/built_in_passphrase.h"
-#include "fuzz/target.h"
+#include "fuzz/model.h"
 
 using Data = std::vector<ByteArray>;
 using Texts = std::vector<std::string>;
@@ -13,87 +11,77 @@ static std::string Content(ByteArray array) {
     return std::string(*array, array.length());
 }
 
-static std::string Padded(std::string data) {
-    data.resize((data.size() + 7) / 8 * 8);
-    return data;
-}
-
-/// Block by block, which the published vectors cover.
-static std::string Transformed(Blowfish& cipher, std::string const& data, bool encrypt) {
-    ByteArray blocks;
-    blocks = data;
-    for (int at = 0; at + 8 <= blocks.length(); at += 8) {
-        Blowfish::Word left = blocks.at(at);
-        Blowfish::Word right = blocks.at(at + 4);
-        if (encrypt)
-            cipher.BF_En(&left, &right);
-        else
-            cipher.BF_De(&left, &right);
-        blocks.assign(at, left);
-        blocks.assign(at + 4, right);
-    }
-    return Content(blocks);
-}
-
 /// The buffers have a model of their own.
 struct EncryptionAPIModel {
     int mode = 2;
-    std::shared_ptr<Blowfish> cipher;
+    Blowfish cipher;
 
     bool encrypts() const { return mode == 3 || mode == 4; }
 
-    void initializeAPI(ByteArray const& key, int newMode) {
-        std::string password = Content(key);
-        mode = newMode;
-        if (mode == 4) {
-            Blowfish opener;
-            opener.setPassword(CommonAPI::internal::BuiltInPassphrase().data());
-            password = Transformed(opener, Padded(password), false);
+    /// Padded, and block by block, which the published vectors cover.
+    std::string transformed(std::string const& data, auto transformBlock) {
+        ByteArray blocks;
+        blocks = data;
+        blocks.resize((blocks.length() + 7) / 8 * 8, 0);
+        for (int at = 0; at < blocks.length(); at += 8) {
+            Blowfish::Word halves[] = {blocks.at(at), blocks.at(at + 4)};
+            (cipher.*transformBlock)(&halves[0], &halves[1]);
+            blocks.assign(at, halves[0]);
+            blocks.assign(at + 4, halves[1]);
         }
-        if (encrypts())  // copies keep the other one
-            cipher = std::make_shared<Blowfish>();
-        if (encrypts())
-            cipher->setPassword(password.c_str());
+        return Content(blocks);
     }
 
-    bool encryptData(ByteArray const& in, ByteArray& out) const {
+    void initializeAPI(ByteArray const& key, int newMode) {
+        mode = newMode;
+        if (!encrypts())
+            return;
+        std::string password = Content(key);
+        if (mode == 4) {
+            cipher.setPassword(CommonAPI::internal::BuiltInPassphrase().data());
+            password = transformed(password, &Blowfish::BF_De);
+        }
+        cipher.reset();
+        cipher.setPassword(password.c_str());
+    }
+
+    bool encryptData(ByteArray const& in, ByteArray& out) {
         std::string const data = &in == &out ? "" : Content(in);
-        out = encrypts() ? Transformed(*cipher, Padded(data), true) : data;
+        out = encrypts() ? transformed(data, &Blowfish::BF_En) : data;
         return true;
     }
-    bool decryptData(ByteArray const& in, ByteArray& out) const {
+    bool decryptData(ByteArray const& in, ByteArray& out) {
         std::string const data = &in == &out ? "" : Content(in);
         bool const fails = encrypts() && data.size() % 8 != 0;
-        out = fails ? "" : encrypts() ? Transformed(*cipher, data, false) : data;
+        out = fails ? "" : encrypts() ? transformed(data, &Blowfish::BF_De) : data;
         return !fails;
     }
-    bool encryptDataList(Data const in, Data& out) const {
+    bool encryptDataList(Data const in, Data& out) {
         for (ByteArray const& item : in)
             encryptData(item, out.emplace_back());
         return true;
     }
-    bool decryptDataList(Data const in, Data& out) const {
+    bool decryptDataList(Data const in, Data& out) {
         out.resize(in.size());
         for (std::size_t i = 0; i < in.size(); ++i) {
-            ByteArray decrypted;
-            if (!decryptData(in[i], decrypted))
+            if (encrypts() && in[i].length() % 8 != 0)
                 return false;
-            out[i] = decrypted;
+            decryptData(in[i], out[i]);
         }
         return true;
     }
 
-    bool encryptString(std::string const in, std::string& out) const {
+    bool encryptString(std::string const in, std::string& out) {
         if (mode == 2)
             out = in;
         if (!encrypts())
             return true;
         ByteArray data;
-        data = Transformed(*cipher, Padded(in), true);
+        data = transformed(in, &Blowfish::BF_En);
         data.getASCIIHex(out);
         return true;
     }
-    bool decryptString(std::string const in, std::string& out) const {
+    bool decryptString(std::string const in, std::string& out) {
         if (!encrypts())
             return encryptString(in, out);
         if (in.empty() || in.size() % 8 != 0) {
@@ -104,18 +92,15 @@ struct EncryptionAPIModel {
         data.loadASCIIHex(in);
         if (data.length() % 8 != 0)
             return false;
-        out = Transformed(*cipher, Content(data), false).c_str();
+        out = transformed(Content(data), &Blowfish::BF_De).c_str();
         return true;
     }
-    bool encryptStringList(Texts const in, Texts& out) const {
-        std::string encrypted;
-        for (std::string const& item : in) {
-            encryptString(item, encrypted);
-            out.push_back(encrypted);
-        }
+    bool encryptStringList(Texts const in, Texts& out) {
+        for (std::string const& item : in)
+            encryptString(item, out.emplace_back());
         return true;
     }
-    bool decryptStringList(Texts const& in, Texts& out) const { return encryptStringList(in, out); }
+    bool decryptStringList(Texts const& in, Texts& out) { return encryptStringList(in, out); }
 };
 
 template <class Api>
@@ -125,17 +110,17 @@ struct WithItems {
     Texts texts{""};
 };
 
+/// On blocks that begin behind some bytes.
 static void RunKernels(std::string const& before, std::string const& text) {
     using namespace CommonAPI::internal;
     auto const& subkeys = initialBlowfishSubkeys;
     auto const& boxes = initialBlowfishBoxes;
-    Blowfish cipher;
-    std::string const encrypted = Transformed(cipher, text, true);
+    std::string const encrypted = EncryptionAPIModel().transformed(text, &Blowfish::BF_En);
     for (auto const& kernel : BlowfishKernels()) {
         if (!kernel.supported())
             continue;
         std::string copy = before + text;
-        auto const blocks = reinterpret_cast<unsigned char*>(copy.data()) + before.size();
+        auto const blocks = reinterpret_cast<unsigned char*>(&copy[before.size()]);
         kernel.encrypt(subkeys, boxes, blocks, text.size() / 8);
         Same(copy, before + encrypted, kernel.name);
         kernel.decrypt(subkeys, boxes, blocks, text.size() / 8);
@@ -145,41 +130,35 @@ static void RunKernels(std::string const& before, std::string const& text) {
 
 template <class It>
 std::string Apply(It& it, It& other, Line const& line) {
-    if (it.data.size() + it.texts.size() > 40 || it.texts.back().size() > 3000)
-        throw NotAllowed();  // or they would double without end
-    auto const at = Within(line.at, std::min(other.data.size(), it.data.size()) - 1);
-    ByteArray& data = it.data[at];
-    std::string& text = it.texts[Within(line.at, it.texts.size() - 1)];
-    std::string const& otherText = other.texts[Within(line.at, other.texts.size() - 1)];
-    if (line.is("initialize")) {
-        int const modes[] = {3, 4, 3, 4, 2, 7, -1};
-        it.api.initializeAPI(other.data[at], modes[Within(line.count, 6)]);
-    }
+    auto const items = {it.data.size(), other.data.size(), it.texts.size(), other.texts.size()};
+    auto const at = Within(line.at, std::min(items) - 1);
+    if (line.is("initialize"))
+        it.api.initializeAPI(other.data[at], 2 + line.count % 4);
     if (line.is("assignOther"))
         it.api = other.api;
     if (line.is("add")) {
         it.data.emplace_back() = line.text;
         it.texts.push_back(line.text);
     }
-    if (line.is("encryptData"))
-        return Described(it.api.encryptData(other.data[at], data));
-    if (line.is("decryptData"))
-        return Described(it.api.decryptData(other.data[at], data));
-    if (line.is("encryptString"))
-        return Described(it.api.encryptString(otherText, text));
-    if (line.is("decryptString"))
-        return Described(it.api.decryptString(otherText, text));
-    if (line.is("encryptDataList"))
-        return Described(it.api.encryptDataList(other.data, it.data));
-    if (line.is("decryptDataList"))
-        return Described(it.api.decryptDataList(other.data, it.data));
-    if (line.is("encryptStringList"))
-        return Described(it.api.encryptStringList(other.texts, it.texts));
-    if (line.is("decryptStringList"))  // which encrypts
-        return Described(it.api.decryptStringList(other.texts, it.texts));
-    if (line.is("runKernels"))
-        RunKernels(line.text.substr(0, line.count % 8),
-                   line.text + std::string(8 * Within(23 * line.count, 500), 'x'));
+    if (line.is("encrypt"))
+        return Described(it.api.encryptData(other.data[at], it.data[at]),
+                         it.api.encryptString(other.texts[at], it.texts[at]));
+    if (line.is("decrypt"))
+        return Described(it.api.decryptData(other.data[at], it.data[at]),
+                         it.api.decryptString(other.texts[at], it.texts[at]));
+    if (line.is("encryptLists"))
+        return Described(it.api.encryptDataList(other.data, it.data),
+                         it.api.encryptStringList(other.texts, it.texts));
+    if (line.is("decryptLists"))  // of which texts are encrypted
+        return Described(it.api.decryptDataList(other.data, it.data),
+                         it.api.decryptStringList(other.texts, it.texts));
+    if (line.is("runKernels")) {
+        std::string text = line.text;
+        while (text.size() < 88u * Within(line.count, 40))
+            text += std::to_string(text.size());
+        text.resize(text.size() / 8 * 8);
+        RunKernels(text.substr(0, line.at % 8), text);
+    }
     return "";
 }
 
@@ -187,12 +166,12 @@ template <class It>
 std::string State(It& it) {
     std::string state;
     for (ByteArray const& item : it.data)
-        state += Content(item) + '\n';
+        state += Described(Content(item));
     for (std::string const& item : it.texts)
-        state += item + '\n';
+        state += Described(item);
     return state;
 }
 
-static void Try(std::string const& input) {
+void Try(std::string const& input) {
     CompareWithModel<WithItems<EncryptionAPI>, WithItems<EncryptionAPIModel>>(input);
 }
