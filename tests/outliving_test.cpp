@@ -21,18 +21,17 @@ struct LogsFromItsDestructor {
 };
 
 TEST(Outliving, DestructorsLogAsLongAsThereAreAny) {
-    TemporaryFile const log;
-    ChildResult const child = RunInChild([&log] {
+    ChildResult const child = RunInChild([] {
         static LogsFromItsDestructor const outlivesTheLog{"after the log"};
-        OpenLog(log.path(), {{"Global", "3"}, {"Static", "4"}});
+        OpenLog(logPath, {{"Global", "3"}, {"Static", "4"}});
         static LogsFromItsDestructor const goesBeforeTheLog{"before its end"};
         theEnd = [] {
             LogMessage(4, "Net", "filtered");
             LogsFromItsDestructor const last{"after the library, whose text needs memory"};
         };
     });
-    EXPECT_EQ(LinesAfterHeader(ContentOf(log.path())), "Static:  before its end\n" + closingLine);
-    EXPECT_EQ(LinesAfterHeader(child.errors),
+    EXPECT_EQ(child.log, "Static:  before its end\n" + closingLine);
+    EXPECT_EQ(child.errors,
               "Static:  after the log\n\nStatic:  after the library, whose text needs memory\n\n");
 }
 
@@ -47,8 +46,7 @@ TEST(Outliving, AllServicesWork) {
         };
     });
     EXPECT_EQ(child.status, 0);
-    std::string const lines = LinesAfterHeader(child.errors);
-    EXPECT_THAT(lines, testing::HasSubstr("Failed to find media:  A4\n"));
-    EXPECT_THAT(lines, testing::HasSubstr("\n-1\n"));
-    EXPECT_THAT(lines, testing::HasSubstr("Exception Signal:  SIGSEGV (11)"));
+    EXPECT_THAT(child.errors, testing::HasSubstr("Failed to find media:  A4\n"));
+    EXPECT_THAT(child.errors, testing::HasSubstr("\n-1\n"));
+    EXPECT_THAT(child.errors, testing::HasSubstr("Exception Signal:  SIGSEGV (11)"));
 }

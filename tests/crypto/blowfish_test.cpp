@@ -45,8 +45,7 @@ TEST(Blowfish, LogsBadLengthsUnderTwoModulesAndLevelsOneOfThemMisspelled) {
 }
 
 TEST(BlowfishKernels, AreTakenWhereTheProcessorHasTheirInstructions) {
-    std::ifstream file("/proc/cpuinfo");
-    std::string const features((std::istreambuf_iterator<char>(file)), {});
+    std::string const features = ContentOf("/proc/cpuinfo");
     bool chosen = false;
     for (BlowfishKernel const& kernel : BlowfishKernels()) {
         std::string const feature = kernel.name;

@@ -21,12 +21,25 @@ struct ChildResult {
     int status;  ///< exit status, or the negative number of the signal that ended the process
     std::string output;
     std::string errors;
-    std::string log = "";  ///< what follows the header, without the times of the lines
+    std::string log;  ///< as the errors, without a header and the times of lines
 };
+
+inline std::string logPath;  ///< of the log of the present child process
 
 inline std::string ContentOf(std::string const& path) {
     std::ifstream file(path);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// What follows the header of a log, or all of a text without one, without the times of the lines.
+inline std::string LinesAfterHeader(std::string const& log) {
+    std::string const end = std::string(32, '-') + "\n";
+    std::size_t const header = log.rfind(end);
+    std::istringstream lines(header == std::string::npos ? log : log.substr(header + end.size()));
+    std::string result;
+    for (std::string line; std::getline(lines, line);)
+        result += line.substr(line.find(" - ") == 8 ? 11 : 0) + (lines.eof() ? "" : "\n");
+    return result;
 }
 
 class TemporaryFile {
@@ -45,6 +58,8 @@ private:
     bool const failedBefore = testing::Test::HasFailure();
     TemporaryFile const output;
     TemporaryFile const errors;
+    TemporaryFile const log;
+    logPath = log.path();
     std::cout.flush();
     std::fflush(nullptr);
     pid_t const child = fork();
@@ -60,26 +75,14 @@ private:
     status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     EXPECT_NE(status, -SIGALRM) << "the child process hung for " << limit.it_value.tv_sec << " s";
     EXPECT_NE(status, expectedInVain) << ContentOf(output.path());
-    return {status, ContentOf(output.path()), ContentOf(errors.path())};
+    return {status, ContentOf(output.path()), LinesAfterHeader(ContentOf(errors.path())),
+            LinesAfterHeader(ContentOf(log.path()))};
 }
 
 /// For a `body` that tells all by its own expectations.
 inline void ExpectInChild(std::function<void()> const& body) {
     ChildResult const child = RunInChild(body);
     EXPECT_EQ(child.status, EXIT_SUCCESS) << child.errors;
-}
-
-/// What follows the header of a log, or all of a text without one, without the times of the lines.
-inline std::string LinesAfterHeader(std::string const& log) {
-    std::string const end = std::string(32, '-') + "\n";
-    std::size_t const header = log.rfind(end);
-    std::istringstream lines(header == std::string::npos ? log : log.substr(header + end.size()));
-    std::string result;
-    for (std::string line; std::getline(lines, line);) {
-        result += line.substr(line.find(" - ") == 8 ? 11 : 0);
-        result += lines.eof() ? "" : "\n";
-    }
-    return result;
 }
 
 using Levels = std::map<std::string, std::string>;  ///< by module
@@ -93,13 +96,10 @@ inline bool OpenLog(std::string const& path, Levels const& levels, bool redirect
 
 /// Runs `body` in a process of its own, which logs everything.
 [[nodiscard]] inline ChildResult RunLogged(std::function<void()> const& body) {
-    TemporaryFile const log;
-    ChildResult child = RunInChild([&] {
-        OpenLog(log.path(), {{"Global", "4"}});
+    return RunInChild([&] {
+        OpenLog(logPath, {{"Global", "4"}});
         body();
     });
-    child.log = LinesAfterHeader(ContentOf(log.path()));
-    return child;
 }
 
 #endif
