@@ -1,3 +1,4 @@
+#include <CommonAPI/logging.h>
 #include <CommonAPI/shared_object_loader.h>
 
 extern "C" {
@@ -9,3 +10,8 @@ void* FindOwnSymbol() {
     return FetchSymbol("FindOwnSymbol");
 }
 }
+
+struct Logs {
+    Logs() { LogMessage(4, "Plugin", "constructed"); }
+    ~Logs() { LogMessage(4, "Plugin", "destroyed"); }
+} const logs;
