@@ -5,13 +5,13 @@
 
 // Login data that stand in front of the C library's.
 static char* login = nullptr;
-static passwd* entry = nullptr;
+static passwd entry = {};
 
 extern "C" char* getlogin() {
     return login;
 }
 extern "C" passwd* getpwnam(char const*) {
-    return entry;
+    return &entry;
 }
 
 static std::string UserName(char const* variable, bool useRealName, bool allowId) {
@@ -25,14 +25,13 @@ static std::string UserName(char const* variable, bool useRealName, bool allowId
 TEST(SystemInformation, NamesTheUserByTheFirstSourceThatHasOne) {
     char loginName[] = "jd";
     char realName[] = "Jane Doe,,,";
-    passwd data = {};
     EXPECT_EQ(UserName("", true, true), "");
     EXPECT_EQ(UserName(nullptr, true, true), std::to_string(getuid()));
     EXPECT_EQ(UserName(nullptr, true, false), "none found");
     login = loginName;
-    entry = &data;
+    entry.pw_gecos = nullptr;
     EXPECT_EQ(UserName("variable", true, false), "jd") << "without a real name";
-    data.pw_gecos = realName;
+    entry.pw_gecos = realName;
     EXPECT_EQ(UserName("variable", true, false), realName);
     EXPECT_EQ(UserName("variable", false, false), "jd");
     login = nullptr;

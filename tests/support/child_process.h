@@ -12,7 +12,6 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <sstream>
 
 inline std::string const closingLine = "Terminating logging facility\n";
@@ -42,13 +41,10 @@ inline std::string LinesAfterHeader(std::string const& log) {
     return result;
 }
 
-class TemporaryFile {
-public:
-    int descriptor() const { return fileno(file.get()); }
-    std::string path() const { return "/dev/fd/" + std::to_string(descriptor()); }
-
-private:
-    std::shared_ptr<std::FILE> file{std::tmpfile(), [](std::FILE* open) { std::fclose(open); }};
+struct TemporaryFile {
+    std::shared_ptr<std::FILE> file{std::tmpfile(), std::fclose};
+    int descriptor = fileno(file.get());
+    std::string path = "/dev/fd/" + std::to_string(descriptor);
 };
 
 /// Runs `body` and a normal exit in a process of its own. What it expects in vain fails the test.
@@ -59,14 +55,14 @@ private:
     TemporaryFile const output;
     TemporaryFile const errors;
     TemporaryFile const log;
-    logPath = log.path();
+    logPath = log.path;
     std::cout.flush();
     std::fflush(nullptr);
     pid_t const child = fork();
     if (child == 0) {
         setitimer(ITIMER_REAL, &limit, nullptr);
-        dup2(output.descriptor(), STDOUT_FILENO);
-        dup2(errors.descriptor(), STDERR_FILENO);
+        dup2(output.descriptor, STDOUT_FILENO);
+        dup2(errors.descriptor, STDERR_FILENO);
         body();
         std::exit(testing::Test::HasFailure() && !failedBefore ? expectedInVain : EXIT_SUCCESS);
     }
@@ -74,9 +70,9 @@ private:
     EXPECT_EQ(waitpid(child, &status, 0), child);
     status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     EXPECT_NE(status, -SIGALRM) << "the child process hung for " << limit.it_value.tv_sec << " s";
-    EXPECT_NE(status, expectedInVain) << ContentOf(output.path());
-    return {status, ContentOf(output.path()), LinesAfterHeader(ContentOf(errors.path())),
-            LinesAfterHeader(ContentOf(log.path()))};
+    EXPECT_NE(status, expectedInVain) << ContentOf(output.path);
+    return {status, ContentOf(output.path), LinesAfterHeader(ContentOf(errors.path)),
+            LinesAfterHeader(ContentOf(log.path))};
 }
 
 /// For a `body` that tells all by its own expectations.
