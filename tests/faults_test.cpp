@@ -155,6 +155,7 @@ TEST(Wiping, LeavesNoPasswordAndNoPlainText) {
     ByteArray builtIn("Tq8-Lm2vZr5-Kx9wPn3-Hc7yJd4-Fs6uBg1-We0R");
     ByteArray key(name);
     ByteArray sealed;
+    std::string bySealed;
     std::string encrypted;
     std::string plain;
     api.initializeAPI(builtIn, 3);
@@ -162,9 +163,12 @@ TEST(Wiping, LeavesNoPasswordAndNoPlainText) {
     freedWithName = 0;
     api.initializeAPI(sealed, 4);
     EXPECT_EQ(freedWithName, 0) << "blocks were freed that hold the opened password";
+    api.encryptString(name, bySealed);
+    freedWithName = 0;
     api.initializeAPI(key, 3);
     EXPECT_EQ(freedWithName, 0) << "blocks were freed that hold the key";
     api.encryptString(name, encrypted);
+    EXPECT_EQ(bySealed, encrypted) << "the sealed key was opened with another passphrase";
     freedWithName = 0;
     api.decryptString(encrypted, plain);
     EXPECT_EQ(freedWithName, 0) << "blocks were freed that hold the plain text";

@@ -65,7 +65,7 @@ TEST(Logger, TakesItsSharedTextAsItWasAtTheCall) {
         AttributeMap settings;
         settings["Global"] = "4";
         LogMessageBuffer = text;
-        InitializeLogger("/dev/stdout", &settings, LogMessageBuffer.c_str(), false);
+        InitializeLogger(logPath, &settings, LogMessageBuffer.c_str(), false);
         EXPECT_THAT(LogMessageBuffer, testing::HasSubstr("Application:  " + text + "\n"));
         LogMessageBuffer = text;
         EXPECT_EQ(OpenSharedLibrary(LogMessageBuffer.c_str(), RTLD_NOW), nullptr);
@@ -75,8 +75,8 @@ TEST(Logger, TakesItsSharedTextAsItWasAtTheCall) {
         LogStringMessage(5, "Net", LogMessageBuffer);
         EXPECT_EQ(LogMessageBuffer, "") << "though nothing is written";
     });
-    EXPECT_EQ(LinesAfterHeader(child.output),
-              "FATAL/SharedObjectResource::loadResource():  Failed to load library (" + text +
-                  "):  " + text + ": cannot open shared object file: No such file or directory\n" +
-                  text + ":  " + text + "\n" + closingLine);
+    EXPECT_EQ(child.log, "FATAL/SharedObjectResource::loadResource():  Failed to load library (" +
+                             text + "):  " + text +
+                             ": cannot open shared object file: No such file or directory\n" +
+                             text + ":  " + text + "\n" + closingLine);
 }

@@ -99,13 +99,12 @@ class Command(unittest.TestCase):
                          (0, "Sealed key to encrypt with: \n" + encrypted), "asked for once")
 
     def test_mistakes_name_the_culprit_and_show_the_usage(self):
-        for arguments, complaint in ((["seal-key", "\x1b"], "unexpected argument '\\x1B'"),
-                                     (["seal-key", "--password-file"],
-                                      "--password-file: needs a FILE"),
-                                     (["seal"], "unknown command 'seal'")):
-            with self.subTest(arguments):
-                name = " ".join(["commonapi", *arguments[:-1]])
-                code, output, errors = run(*arguments)
+        for line, complaint in (("seal-key \x1b", "unexpected argument '\\x1B'"),
+                                ("seal-key --password-file", "--password-file: needs a FILE"),
+                                ("seal", "unknown command 'seal'")):
+            with self.subTest(line):
+                name = " ".join(["commonapi", *line.split()[:-1]])
+                code, output, errors = run(*line.split())
                 self.assertEqual((code, output), (2, ""))
                 self.assertRegex(errors, rf"\Acommonapi: {re.escape(complaint)}\n"
                                          rf"Usage: {name} .*\nSee {name} --help\.\n\Z")
