@@ -77,7 +77,11 @@ struct TemporaryFile {
 
 /// For a `body` that tells all by its own expectations.
 inline void ExpectInChild(std::function<void()> const& body) {
-    ChildResult const child = RunInChild(body);
+    ChildResult const child = RunInChild([&] {
+        body();
+        std::cout << "at its end";
+    });
+    EXPECT_EQ(child.output, "at its end");
     EXPECT_EQ(child.status, EXIT_SUCCESS) << child.errors;
 }
 
