@@ -28,7 +28,7 @@ TEST(Outliving, AllServicesWorkAsLongAsThereIsACaller) {
         static LogsFromItsDestructor const goesBeforeTheLog{"before its end"};
         theEnd = [] {
             LogMessage(4, "Net", "filtered");
-            LogsFromItsDestructor{"after the library, whose text needs memory"};
+            static_cast<void>(LogsFromItsDestructor{"after the library, whose text needs memory"});
             PaperSize().findMediaDataByKey("A4");
             std::cerr << AttributeMap()(0) << AttributeMap()[0L].length() << std::endl;
             raise(SIGSEGV);
