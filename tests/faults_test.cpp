@@ -3,7 +3,6 @@
 #include <CommonAPI/signal_trap.h>
 #include <malloc.h>
 #include <sys/resource.h>
-#include <sys/time.h>
 
 #include "support/child_process.h"
 
@@ -32,32 +31,36 @@ static void Limit(decltype(RLIMIT_FSIZE) resource, rlim_t value) {
     setrlimit(resource, &limit);
 }
 
+/// Has each allocation fail once, until none does.
+static void FailEveryAllocation() {
+    bool failed = true;
+    for (int count = 0; failed; ++count) {
+        EncryptionAPI api;
+        std::string encrypted;
+        failed = false;
+        allocationsLeft = count;
+        try {
+            OpenLog("/dev/null", {{name, "4"}});
+            LogMessage(4, name, std::string(3000, 'x').c_str());
+            TrapExceptionSignal(SIGUSR1, nullptr);
+            ByteArray key(UnicodeString(name).c_str());
+            api.initializeAPI(key, 3);
+        } catch (std::bad_alloc const&) {
+            failed = true;
+        }
+        allocationsLeft = -1;
+        EXPECT_TRUE(OpenLog("/dev/null", {{name, "4"}})) << "after " << count << " allocations";
+        TerminateLogger();
+        api.encryptString(name, encrypted);
+        EXPECT_EQ(encrypted.size() <= sizeof name, failed) << "a cipher without its key";
+    }
+}
+
 TEST(Faults, AnAllocationThatFailsPassesAndBreaksNothing) {
     ExpectInChild([] {
         Limit(RLIMIT_NOFILE, rlim_t(dup(STDIN_FILENO)) + 4);  // no room for files left open
-        std::string withoutCipher;
-        EncryptionAPI().encryptString(name, withoutCipher);
-        bool failed = true;
-        for (int count = 0; failed; ++count) {
-            EncryptionAPI api;
-            std::string encrypted;
-            failed = false;
-            allocationsLeft = count;
-            try {
-                OpenLog("/dev/null", {{name, "4"}});
-                LogMessage(4, name, std::string(3000, 'x').c_str());
-                TrapExceptionSignal(SIGUSR1, nullptr);
-                ByteArray key(UnicodeString(name).c_str());
-                api.initializeAPI(key, 3);
-            } catch (std::bad_alloc const&) {
-                failed = true;
-            }
-            allocationsLeft = -1;
-            EXPECT_TRUE(OpenLog("/dev/null", {{name, "4"}})) << "after " << count << " allocations";
-            TerminateLogger();
-            api.encryptString(name, encrypted);
-            EXPECT_EQ(encrypted == withoutCipher, failed) << "a cipher without its key";
-        }
+        FailEveryAllocation();
+        FailEveryAllocation();                // also of those behind what is made only once
         Limit(RLIMIT_NOFILE, RLIM_INFINITY);  // sanitizers name leaks with the help of a program
     });
 }
@@ -110,7 +113,6 @@ TEST(Faults, FourInterruptedProcessesWriteIntoOnePipe) {
         SendOften(ITIMER_REAL, 500);
         for (int line = 0; line < linesOfEach; ++line)
             LogMessage(4, process.c_str(), std::to_string(line).c_str());
-        SendOften(ITIMER_REAL, 0);
         if (process != "0")
             _exit(EXIT_SUCCESS);
         TerminateLogger();
@@ -153,6 +155,7 @@ TEST(Wiping, LeavesNoPasswordAndNoPlainText) {
     ByteArray builtIn("Tq8-Lm2vZr5-Kx9wPn3-Hc7yJd4-Fs6uBg1-We0R");
     ByteArray key(name);
     ByteArray sealed;
+    std::string bySealed;
     std::string encrypted;
     std::string plain;
     api.initializeAPI(builtIn, 3);
@@ -160,9 +163,12 @@ TEST(Wiping, LeavesNoPasswordAndNoPlainText) {
     freedWithName = 0;
     api.initializeAPI(sealed, 4);
     EXPECT_EQ(freedWithName, 0) << "blocks were freed that hold the opened password";
+    api.encryptString(name, bySealed);
+    freedWithName = 0;
     api.initializeAPI(key, 3);
     EXPECT_EQ(freedWithName, 0) << "blocks were freed that hold the key";
     api.encryptString(name, encrypted);
+    EXPECT_EQ(bySealed, encrypted) << "the sealed key was opened with another passphrase";
     freedWithName = 0;
     api.decryptString(encrypted, plain);
     EXPECT_EQ(freedWithName, 0) << "blocks were freed that hold the plain text";

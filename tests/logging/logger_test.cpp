@@ -3,52 +3,38 @@
 
 #include "support/child_process.h"
 
-static void Perform(std::string const& step, std::string const& path) {
+static void Perform(std::string const& step) {
     std::istringstream words(step);
     std::string verb;
-    std::string module;
+    Levels levels;
     words >> verb;
-    if (verb == "log") {
-        int level;
-        words >> level >> module;
-        LogMessage(level, module.c_str(), "text");
-    } else if (verb == "print") {
+    for (std::string module; words >> module;)
+        words >> levels[module];
+    std::string const path = verb == "fail" ? "/no/such" : logPath;
+    if (verb == "log")
+        for (auto const& [module, level] : levels)
+            LogMessage(std::stoi(level), module.c_str(), "text");
+    else if (verb == "print")
         dprintf(STDERR_FILENO, "printed\n");
-    } else if (verb == "terminate") {
+    else if (verb == "terminate")
         TerminateLogger();
-    } else {  // open, redirect or fail
-        Levels levels;
-        while (words >> module)
-            words >> levels[module];
-        bool const fails = verb == "fail";
-        EXPECT_EQ(OpenLog(fails ? "/no/such" : path, levels, verb == "redirect"), !fails) << step;
-    }
-}
-
-/// What a process writes that performs these steps.
-static std::string Transcript(std::vector<std::string> const& steps) {
-    TemporaryFile const log;
-    ChildResult const child = RunInChild([&] {
-        for (std::string const& step : steps)
-            Perform(step, log.path());
-    });
-    std::string const lines = LinesAfterHeader(ContentOf(log.path()));
-    std::string const errors = LinesAfterHeader(child.errors);
-    return errors.empty() ? lines : lines + "on standard error:\n" + errors;
+    else  // open, redirect or fail
+        EXPECT_EQ(OpenLog(path, levels, verb == "redirect"), verb != "fail") << step;
 }
 
 TEST(Logger, WritesWhatTheSessionsShow) {
     std::ifstream file(TESTS "/logging/data/sessions.txt");
-    for (std::string name, line; std::getline(file, name, '\n');) {
+    for (std::string name, line; std::getline(file, name);) {
         std::vector<std::string> steps;
         std::string expected;
-        while (file.peek() != '=' && std::getline(file, line)) {
-            if (line[0] == '>')
-                steps.push_back(line.substr(1));
-            else
-                expected += line + "\n";
-        }
-        EXPECT_EQ(Transcript(steps), expected) << name;
+        while (file.peek() == '>' && std::getline(file, line))
+            steps.push_back(line.substr(1));
+        while (file.peek() != '=' && std::getline(file, line))
+            expected += line + "\n";
+        ChildResult const child =
+            RunInChild([&] { std::for_each(steps.begin(), steps.end(), Perform); });
+        std::string const errors = child.errors.empty() ? "" : "on standard error:\n";
+        EXPECT_EQ(child.log + errors + child.errors, expected) << name;
     }
 }
 
@@ -63,10 +49,9 @@ TEST(Logger, WritesALineOfAnyLengthWhole) {
 
 TEST(Logger, HeaderNamesApplicationProcessSystemAndSettings) {
     ExpectInChild([] {
-        TemporaryFile const log;
-        dprintf(log.descriptor(), "what an earlier log left");
-        OpenLog(log.path(), {{"Global", "1"}, {"Encryption", "4"}});
-        std::string const header = ContentOf(log.path());
+        std::ofstream(logPath) << "what an earlier log left";
+        OpenLog(logPath, {{"Global", "1"}, {"Encryption", "4"}});
+        std::string const header = ContentOf(logPath);
         EXPECT_THAT(header, testing::MatchesRegex(ContentOf(TESTS "/logging/data/header.txt")));
         std::string const process = "Process ID:\t" + std::to_string(getpid()) + "\n";
         EXPECT_THAT(header, testing::HasSubstr(process));
@@ -80,7 +65,7 @@ TEST(Logger, TakesItsSharedTextAsItWasAtTheCall) {
         AttributeMap settings;
         settings["Global"] = "4";
         LogMessageBuffer = text;
-        InitializeLogger("/dev/stdout", &settings, LogMessageBuffer.c_str(), false);
+        InitializeLogger(logPath, &settings, LogMessageBuffer.c_str(), false);
         EXPECT_THAT(LogMessageBuffer, testing::HasSubstr("Application:  " + text + "\n"));
         LogMessageBuffer = text;
         EXPECT_EQ(OpenSharedLibrary(LogMessageBuffer.c_str(), RTLD_NOW), nullptr);
@@ -90,8 +75,8 @@ TEST(Logger, TakesItsSharedTextAsItWasAtTheCall) {
         LogStringMessage(5, "Net", LogMessageBuffer);
         EXPECT_EQ(LogMessageBuffer, "") << "though nothing is written";
     });
-    EXPECT_EQ(LinesAfterHeader(child.output),
-              "FATAL/SharedObjectResource::loadResource():  Failed to load library (" + text +
-                  "):  " + text + ": cannot open shared object file: No such file or directory\n" +
-                  text + ":  " + text + "\n" + closingLine);
+    EXPECT_EQ(child.log, "FATAL/SharedObjectResource::loadResource():  Failed to load library (" +
+                             text + "):  " + text +
+                             ": cannot open shared object file: No such file or directory\n" +
+                             text + ":  " + text + "\n" + closingLine);
 }

@@ -3,8 +3,6 @@
 
 #include "support/child_process.h"
 
-static char const* const identified = PLUGINS "/identified";
-static char const* const logging = PLUGINS "/logging";
 static bool const sharedWithPlugins = FetchSymbol("OpenSharedLibrary") != nullptr;
 static std::string const loaded = "Plugin Loader:  Loaded ";
 
@@ -13,12 +11,12 @@ TEST(SharedObjectLoader, AnnouncesAPluginByWhatItPublishes) {
     for (auto const& [displayName, version, identification] :
          {Row{"Sample Filter", "2.1", " - Sample Filter 2.1"}, Row{"Filter", "", " - Filter"},
           Row{"", "2.1", " 2.1"}, Row{nullptr, nullptr, ""}}) {
-        void* const plugin = dlopen(identified, RTLD_NOW);
+        void* const plugin = dlopen(PLUGIN, RTLD_NOW);
         *static_cast<char const**>(dlsym(plugin, "_KeldaSODisplayName")) = displayName;
         *static_cast<char const**>(dlsym(plugin, "_KeldaSOVersion")) = version;
         ChildResult const child =
-            RunLogged([&] { EXPECT_EQ(OpenSharedLibrary(identified, RTLD_NOW), plugin); });
-        EXPECT_EQ(child.log, loaded + identified + identification + "\n" + closingLine);
+            RunLogged([&] { EXPECT_EQ(OpenSharedLibrary(PLUGIN, RTLD_NOW), plugin); });
+        EXPECT_EQ(child.log, loaded + PLUGIN + identification + "\n" + closingLine);
         dlclose(plugin);
     }
 }
@@ -35,7 +33,7 @@ TEST(SharedObjectLoader, TakesNoPathForTheProgramItself) {
 TEST(SharedObjectLoader, FindsSymbolsInThePluginAndInAllThatTheProcessSees) {
     ExpectInChild([] {
         char const* const name = "FindOwnSymbol";
-        void* const hidden = OpenSharedLibrary(identified, RTLD_NOW | RTLD_LOCAL);
+        void* const hidden = OpenSharedLibrary(PLUGIN, RTLD_NOW | RTLD_LOCAL);
         void* const found = FetchSharedLibraryResource(hidden, name);
         ASSERT_NE(found, nullptr);
         EXPECT_EQ(FetchSharedLibraryResource(hidden, "CommonAPITestNothing"), nullptr);
@@ -43,7 +41,7 @@ TEST(SharedObjectLoader, FindsSymbolsInThePluginAndInAllThatTheProcessSees) {
         EXPECT_EQ(FetchSymbol(name), nullptr);
         EXPECT_EQ(findOwnSymbol(), sharedWithPlugins ? nullptr : found) << "whoever asks";
 
-        void* const seen = OpenSharedLibrary(identified, RTLD_NOW | RTLD_GLOBAL);
+        void* const seen = OpenSharedLibrary(PLUGIN, RTLD_NOW | RTLD_GLOBAL);
         EXPECT_EQ(FetchSymbol(name), found);
         EXPECT_EQ(CloseSharedLibrary(seen), 0);
         EXPECT_EQ(CloseSharedLibrary(hidden), 0);
@@ -54,9 +52,10 @@ TEST(SharedObjectLoader, LetsAPluginLogFromItsConstructorsAndDestructors) {
     if (!sharedWithPlugins)
         GTEST_SKIP() << "no library that program and plug-in share";
     ChildResult const child = RunLogged([] {
-        CloseSharedLibrary(OpenSharedLibrary(logging, RTLD_NOW));
-        OpenSharedLibrary(logging, RTLD_NOW);  // unloaded at exit
+        CloseSharedLibrary(OpenSharedLibrary(PLUGIN, RTLD_NOW));
+        OpenSharedLibrary(PLUGIN, RTLD_NOW);  // unloaded at exit
     });
-    std::string const life = "Plugin:  constructed\n" + loaded + logging + "\nPlugin:  destroyed\n";
+    std::string const life =
+        "Plugin:  constructed\n" + loaded + PLUGIN + " - Sample Filter 2.1\nPlugin:  destroyed\n";
     EXPECT_EQ(child.log, life + life + closingLine);
 }

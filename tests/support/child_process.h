@@ -12,7 +12,6 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <sstream>
 
 inline std::string const closingLine = "Terminating logging facility\n";
@@ -21,21 +20,31 @@ struct ChildResult {
     int status;  ///< exit status, or the negative number of the signal that ended the process
     std::string output;
     std::string errors;
-    std::string log = "";  ///< what follows the header, without the times of the lines
+    std::string log;  ///< as the errors, without a header and the times of lines
 };
+
+inline std::string logPath;  ///< of the log of the present child process
 
 inline std::string ContentOf(std::string const& path) {
     std::ifstream file(path);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-class TemporaryFile {
-public:
-    int descriptor() const { return fileno(file.get()); }
-    std::string path() const { return "/dev/fd/" + std::to_string(descriptor()); }
+/// What follows the header of a log, or all of a text without one, without the times of the lines.
+inline std::string LinesAfterHeader(std::string const& log) {
+    std::string const end = std::string(32, '-') + "\n";
+    std::size_t const header = log.rfind(end);
+    std::istringstream lines(header == std::string::npos ? log : log.substr(header + end.size()));
+    std::string result;
+    for (std::string line; std::getline(lines, line);)
+        result += line.substr(line.find(" - ") == 8 ? 11 : 0) + (lines.eof() ? "" : "\n");
+    return result;
+}
 
-private:
-    std::shared_ptr<std::FILE> file{std::tmpfile(), [](std::FILE* open) { std::fclose(open); }};
+struct TemporaryFile {
+    std::shared_ptr<std::FILE> file{std::tmpfile(), std::fclose};
+    int descriptor = fileno(file.get());
+    std::string path = "/dev/fd/" + std::to_string(descriptor);
 };
 
 /// Runs `body` and a normal exit in a process of its own. What it expects in vain fails the test.
@@ -45,13 +54,15 @@ private:
     bool const failedBefore = testing::Test::HasFailure();
     TemporaryFile const output;
     TemporaryFile const errors;
+    TemporaryFile const log;
+    logPath = log.path;
     std::cout.flush();
     std::fflush(nullptr);
     pid_t const child = fork();
     if (child == 0) {
         setitimer(ITIMER_REAL, &limit, nullptr);
-        dup2(output.descriptor(), STDOUT_FILENO);
-        dup2(errors.descriptor(), STDERR_FILENO);
+        dup2(output.descriptor, STDOUT_FILENO);
+        dup2(errors.descriptor, STDERR_FILENO);
         body();
         std::exit(testing::Test::HasFailure() && !failedBefore ? expectedInVain : EXIT_SUCCESS);
     }
@@ -59,27 +70,19 @@ private:
     EXPECT_EQ(waitpid(child, &status, 0), child);
     status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     EXPECT_NE(status, -SIGALRM) << "the child process hung for " << limit.it_value.tv_sec << " s";
-    EXPECT_NE(status, expectedInVain) << ContentOf(output.path());
-    return {status, ContentOf(output.path()), ContentOf(errors.path())};
+    EXPECT_NE(status, expectedInVain) << ContentOf(output.path);
+    return {status, ContentOf(output.path), LinesAfterHeader(ContentOf(errors.path)),
+            LinesAfterHeader(ContentOf(log.path))};
 }
 
 /// For a `body` that tells all by its own expectations.
 inline void ExpectInChild(std::function<void()> const& body) {
-    ChildResult const child = RunInChild(body);
+    ChildResult const child = RunInChild([&] {
+        body();
+        std::cout << "at its end";
+    });
+    EXPECT_EQ(child.output, "at its end");
     EXPECT_EQ(child.status, EXIT_SUCCESS) << child.errors;
-}
-
-/// What follows the header of a log, or all of a text without one, without the times of the lines.
-inline std::string LinesAfterHeader(std::string const& log) {
-    std::string const end = std::string(32, '-') + "\n";
-    std::size_t const header = log.rfind(end);
-    std::istringstream lines(header == std::string::npos ? log : log.substr(header + end.size()));
-    std::string result;
-    for (std::string line; std::getline(lines, line);) {
-        result += line.substr(line.find(" - ") == 8 ? 11 : 0);
-        result += lines.eof() ? "" : "\n";
-    }
-    return result;
 }
 
 using Levels = std::map<std::string, std::string>;  ///< by module
@@ -93,13 +96,10 @@ inline bool OpenLog(std::string const& path, Levels const& levels, bool redirect
 
 /// Runs `body` in a process of its own, which logs everything.
 [[nodiscard]] inline ChildResult RunLogged(std::function<void()> const& body) {
-    TemporaryFile const log;
-    ChildResult child = RunInChild([&] {
-        OpenLog(log.path(), {{"Global", "4"}});
+    return RunInChild([&] {
+        OpenLog(logPath, {{"Global", "4"}});
         body();
     });
-    child.log = LinesAfterHeader(ContentOf(log.path()));
-    return child;
 }
 
 #endif

@@ -6,36 +6,33 @@ import re
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 _, command, plugin = sys.argv[1:]
 KEY = ("--password-env", "PW")
 
 
-def run(*arguments, input="", password="secret", stdout=subprocess.PIPE, **options):
+def run(*arguments, input="", password="secret", stdout=subprocess.PIPE):
     result = subprocess.run([command, *arguments], input=input.encode(errors="surrogateescape"),
                             stdout=stdout, stderr=subprocess.PIPE,
-                            env=os.environ | {"PW": password}, **options)
+                            env=os.environ | {"PW": password})
     return (result.returncode, (result.stdout or b"").decode(errors="surrogateescape"),
             result.stderr.decode())
 
 
-def at_terminal(arguments, *answers):
+def at_terminal(*command_line, answers):
     """Each prompt gets the next answer."""
-    shown = b""
-    left = iter(answers)
+    shown = bytearray()
 
     def answer(terminal):
-        nonlocal shown
         data = os.read(terminal, 10000)
-        shown += data
-        if shown.endswith(b": "):
-            os.write(terminal, next(left, b""))
+        shown.extend(data)
+        if shown.endswith((b": ", b" values")) and answers:
+            os.write(terminal, answers.pop(0))
         return data
 
-    status = pty.spawn([command, *arguments], answer)
-    return os.waitstatus_to_exitcode(status), shown.decode().replace("\r", "")
+    status = pty.spawn(command_line, answer)
+    return os.waitstatus_to_exitcode(status), shown.decode().replace("\r\n", "\n")
 
 
 def file(name, content):
@@ -77,19 +74,16 @@ class Command(unittest.TestCase):
                 self.assertEqual(run("decrypt", "--raw", *KEY, encrypted.strip()),
                                  (0, value + "\n", ""))
 
-    def test_passwords_that_cannot_be_had(self):
-        for arguments, password, complaint in (
-                (KEY, "", "the password is empty"),
-                (("--password-env", "NO_SUCH"), "", "the environment has no variable NO_SUCH"),
-                ((*KEY, "--sealed"), "abc", "this is no sealed key in hexadecimal")):
-            with self.subTest(arguments):
-                self.assertEqual(run("encrypt", *arguments, "x", password=password),
-                                 (1, "", f"commonapi: {complaint}\n"))
-
-    def test_long_passwords_are_pointed_out(self):
-        remark = "commonapi: only the first 72 bytes of the password count\n"
-        self.assertEqual(run("encrypt", *KEY, "a", password="x" * 72)[2], "")
-        self.assertEqual(run("encrypt", *KEY, "a", password="x" * 73)[2], remark)
+    def test_passwords_that_do_not_serve_are_pointed_out(self):
+        for arguments, password, code, complaint in (
+                (KEY, "", 1, "the password is empty"),
+                (KEY, "x" * 73, 0, "only the first 72 bytes of the password count"),
+                (("--password-env", "NO_SUCH"), "", 1, "the environment has no variable NO_SUCH"),
+                ((*KEY, "--sealed"), "abc", 1, "this is no sealed key in hexadecimal")):
+            with self.subTest(complaint):
+                self.assertEqual(run("encrypt", *arguments, "", password=password),
+                                 (code, "" if code else "\n", f"commonapi: {complaint}\n"))
+        self.assertEqual(run("encrypt", *KEY, "", password="x" * 72)[2], "", "of 72 bytes")
 
     def test_passwords_are_typed_unseen_and_twice_to_encrypt(self):
         prompts = "Password to encrypt with: \nThe same again: \n"
@@ -98,20 +92,19 @@ class Command(unittest.TestCase):
                 (b"secret\n", 0, encrypted),
                 (b"secrets\n", 1, "commonapi: the two are not the same\n")):
             with self.subTest(again):
-                self.assertEqual(at_terminal(["encrypt", "a"], b"secret\n", again),
+                self.assertEqual(at_terminal(command, "encrypt", "a", answers=[b"secret\n", again]),
                                  (code, prompts + output))
         sealed = run("seal-key", *KEY)[1].encode()
-        self.assertEqual(at_terminal(["encrypt", "--sealed", "a"], sealed),
+        self.assertEqual(at_terminal(command, "encrypt", "--sealed", "a", answers=[sealed]),
                          (0, "Sealed key to encrypt with: \n" + encrypted), "asked for once")
 
     def test_mistakes_name_the_culprit_and_show_the_usage(self):
-        for arguments, complaint in ((["seal-key", "\x1b"], "unexpected argument '\\x1B'"),
-                                     (["seal-key", "--password-file"],
-                                      "--password-file: needs a FILE"),
-                                     (["seal"], "unknown command 'seal'")):
-            with self.subTest(arguments):
-                name = " ".join(["commonapi", *arguments[:-1]])
-                code, output, errors = run(*arguments)
+        for line, complaint in (("seal-key \x1b", "unexpected argument '\\x1B'"),
+                                ("seal-key --password-file", "--password-file: needs a FILE"),
+                                ("seal", "unknown command 'seal'")):
+            with self.subTest(line):
+                name = " ".join(["commonapi", *line.split()[:-1]])
+                code, output, errors = run(*line.split())
                 self.assertEqual((code, output), (2, ""))
                 self.assertRegex(errors, rf"\Acommonapi: {re.escape(complaint)}\n"
                                          rf"Usage: {name} .*\nSee {name} --help\.\n\Z")
@@ -123,37 +116,27 @@ class Command(unittest.TestCase):
                 self.assertEqual(run(*arguments, input="a", stdout=full),
                                  (1, "", "commonapi: the output cannot be written\n"))
 
-    def test_plugins_say_who_they_are(self):
+    def test_plugins_say_who_they_are_and_leave_the_others_unharmed(self):
         code = pathlib.Path(plugin).read_bytes()
-        file("nameless.so", code.replace(b"_KeldaSO", b"_LDldaSO"))  # of the same hash
-        file("rude.so", code.replace(b"Text Statistics", b"T\033[2J\tStatistic"))
-        self.assertEqual(run("plugin", "absent.so", plugin, "nameless.so", "rude.so"),
-                         (1, f"{plugin}: Text Statistics 1.0\nnameless.so: publishes no name\n"
-                             "rude.so: T\\x1B[2J\\x09Statistic 1.0\n",
-                          "commonapi: ./absent.so: cannot open shared object file: "
-                          "No such file or directory\n"))
-
-    def test_plugins_that_end_the_process_are_named(self):
-        hook, code = b"__gmon_start__\0", pathlib.Path(plugin).read_bytes()
-        for ending, end in ((b"exit", "the process while it was loaded"), (b"abort", "by Aborted")):
-            file("fatal.so", code.replace(hook, ending.ljust(len(hook), b"\0")))  # called first
-            with self.subTest(ending):
-                self.assertEqual(run("plugin", plugin, "fatal.so", plugin),
-                                 (1, f"{plugin}: Text Statistics 1.0\n" * 2,
-                                  f"commonapi: fatal.so: ended {end}\n"))
+        known = f"{plugin}: Text Statistics 1.0\n"
+        first = b"__gmon_start__\0"  # is called first
+        for name, old, new, output, errors in (
+                ("nameless", b"_KeldaSO", b"_LDldaSO", "nameless: publishes no name\n", ""),
+                ("rude", b"Text Statistics", b"T\33[2J\t", "rude: T\\x1B[2J\\x09 1.0\n", ""),
+                ("end", first, b"exit", "", "end: ended the process while it was loaded\n"),
+                ("fatal", first, b"abort", "", "fatal: ended by Aborted\n"),
+                ("zeros", code, b"", "", "./zeros: invalid ELF header\n")):
+            file(name, code.replace(old, new.ljust(len(old), b"\0")))
+            with self.subTest(name):
+                self.assertEqual(run("plugin", plugin, name, plugin),
+                                 (int(errors != ""), known + output + known,
+                                  errors and f"commonapi: {errors}"))
 
     def test_progress_is_shown_at_a_terminal(self):
-        master, terminal = pty.openpty()
-        process = subprocess.Popen([command, "encrypt", *KEY], stdin=subprocess.PIPE,
-                                   stdout=subprocess.PIPE, stderr=terminal,
-                                   env=os.environ | {"PW": "secret"})
-        for _ in range(2):
-            process.stdin.write(b"value\n" * 1024)
-            process.stdin.flush()
-            process.stdout.read(1)
-            time.sleep(1)  # after which it begins
-        self.assertIn(b"\r2048 values", os.read(master, 100))
-        process.communicate()
+        endless = f"ulimit -t 20; yes | PW=secret {command} encrypt --password-env PW >/dev/null"
+        _, shown = at_terminal("sh", "-c", endless, answers=[b"\3"])
+        self.assertRegex(shown, r"\A\r[1-9]\d* values")
+        self.assertEqual(int(shown.split()[0]) % 1024, 0, shown)
 
 
 with tempfile.TemporaryDirectory() as folder:

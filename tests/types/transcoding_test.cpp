@@ -1,6 +1,5 @@
 #include <dlfcn.h>
 #include <iconv.h>
-#include <sys/time.h>
 
 #include "support/child_process.h"
 #include "types/requirement.h"
