@@ -1,3 +1,5 @@
+#include "signals/signal_report.h"
+
 #include <CommonAPI/signal_trap.h>
 #include <CommonAPI/system_information.h>
 #include <sys/syscall.h>
@@ -66,6 +68,11 @@ TEST(SignalTrap, TellsEverySignalAndTheMeaningOfItsCodes) {
                      [&] { syscall(SYS_rt_sigqueueinfo, getpid(), info.si_signo, &info); });
     }
     EXPECT_EQ(signal, "SIGRTMIN+29") << "the last row";
+}
+
+TEST(SignalTrap, ReportsASignalOfWhichNothingIsKnown) {
+    ChildResult const child = RunLogged([] { CommonAPI::internal::ReportSignal(nullptr); });
+    EXPECT_THAT(child.log, testing::EndsWith("\nException Signal:  Unknown\n" + closingLine));
 }
 
 TEST(SignalTrap, RefusesWhatCannotBeTrapped) {
