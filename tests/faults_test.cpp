@@ -40,7 +40,7 @@ static void FailEveryAllocation() {
         failed = false;
         allocationsLeft = count;
         try {
-            OpenLog("/dev/null", {{name, "4"}});
+            OpenLog(logPath, {{name, "4"}});
             LogMessage(4, name, std::string(3000, 'x').c_str());
             TrapExceptionSignal(SIGUSR1, nullptr);
             ByteArray key(UnicodeString(name).c_str());
@@ -49,8 +49,9 @@ static void FailEveryAllocation() {
             failed = true;
         }
         allocationsLeft = -1;
-        EXPECT_TRUE(OpenLog("/dev/null", {{name, "4"}})) << "after " << count << " allocations";
+        EXPECT_TRUE(OpenLog(logPath, {{name, "4"}})) << "after " << count << " allocations";
         TerminateLogger();
+        EXPECT_THAT(ContentOf(logPath), testing::EndsWith(closingLine)) << count;
         api.encryptString(name, encrypted);
         EXPECT_EQ(encrypted.size() <= sizeof name, failed) << "a cipher without its key";
     }

@@ -18,7 +18,6 @@ bool CommonAPI::internal::InSignalContext() {
     if (!entered)
         return false;
     sigset_t blocked;
-    sigemptyset(&blocked);
     pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
     return sigismember(&blocked, SIGSEGV) == 1;
 }

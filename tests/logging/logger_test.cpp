@@ -74,6 +74,8 @@ TEST(Logger, TakesItsSharedTextAsItWasAtTheCall) {
         LogMessageBuffer = text;
         LogStringMessage(5, "Net", LogMessageBuffer);
         EXPECT_EQ(LogMessageBuffer, "") << "though nothing is written";
+        TerminateLogger();
+        EXPECT_EQ(LogMessageBuffer, closingLine);
     });
     EXPECT_EQ(child.log, "FATAL/SharedObjectResource::loadResource():  Failed to load library (" +
                              text + "):  " + text +

@@ -3,6 +3,7 @@ import os
 import pathlib
 import pty
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -43,7 +44,8 @@ def file(name, content):
 
 class Command(unittest.TestCase):
     def test_values_come_back_under_a_plain_and_a_sealed_key(self):
-        lines = "\n".join(("a", "", "Grüße", "x" * 2**20, "12345678", " blank\t", "世界 aΩ"))
+        lengths = "\u00a0\u07ff\u0800\ud7ff\ue000\uffff\U00010000\U0010ffff"
+        lines = "\n".join(("a", "", "x" * 2**20, "12345678", " blank\t", "世界 aΩ", lengths))
         code, encrypted, errors = run("encrypt", *KEY, input=lines)
         self.assertEqual((code, errors), (0, ""))
         self.assertRegex(encrypted, r"\A(([0-9A-F]{16})*\n){7}\Z")
@@ -58,7 +60,8 @@ class Command(unittest.TestCase):
                 ("encrypt", "a\0b", "holds a zero character, at which it would end"),
                 ("decrypt", good * (2**17 + 1), "longer than 1048576 characters"),
                 ("decrypt", "0" * 24, "not a multiple of 16 digits long"),
-                ("decrypt", good[:-1] + "G", "no hexadecimal digit at character 16")):
+                ("decrypt", good[:-1] + "G", "no hexadecimal digit at character 16"),
+                ("decrypt", ":" + good[1:], "no hexadecimal digit at character 1")):
             value, result = ("good", good) if verb == "encrypt" else (good, "good")
             with self.subTest(verb, bad=bad[:30]):
                 self.assertEqual(run(verb, *KEY, input="\n".join((value, bad, value))),
@@ -66,7 +69,8 @@ class Command(unittest.TestCase):
 
     def test_what_is_no_text_decrypts_only_as_it_is(self):
         for value, remark in (("a\r", "carriage return"), ("\x1b[1m", "no text"), ("a\nb", "no text"),
-                              ("Latin-1 \udcfc", "no text"), ("overlong \udcc0\udcaf", "no text")):
+                              ("Latin-1 \udcfc", "no text"), ("overlong \udcc0\udcaf", "no text"),
+                              ("surrogate \udced\udcbf\udcbf", "no text")):
             with self.subTest(value):
                 code, encrypted, errors = run("encrypt", *KEY, value)
                 self.assertRegex(errors, rf"\Acommonapi: argument 1: .*{remark}.*\n\Z")
@@ -79,6 +83,7 @@ class Command(unittest.TestCase):
                 (KEY, "", 1, "the password is empty"),
                 (KEY, "x" * 73, 0, "only the first 72 bytes of the password count"),
                 (("--password-env", "NO_SUCH"), "", 1, "the environment has no variable NO_SUCH"),
+                (("--password-file", "absent"), "", 1, "absent: No such file or directory"),
                 ((*KEY, "--sealed"), "abc", 1, "this is no sealed key in hexadecimal")):
             with self.subTest(complaint):
                 self.assertEqual(run("encrypt", *arguments, "", password=password),
@@ -97,6 +102,19 @@ class Command(unittest.TestCase):
         sealed = run("seal-key", *KEY)[1].encode()
         self.assertEqual(at_terminal(command, "encrypt", "--sealed", "a", answers=[sealed]),
                          (0, "Sealed key to encrypt with: \n" + encrypted), "asked for once")
+
+    def test_the_terminal_is_left_as_it_was(self):
+        prompt = "Password to decrypt with: \n"
+        command_line = f"stty -g >before; {command} decrypt ''; stty -g | cmp - before"
+        self.assertEqual(at_terminal("sh", "-c", command_line, answers=[b"secret\n"]),
+                         (0, prompt + "\n"))
+        self.assertEqual(at_terminal(command, "decrypt", "", answers=[b"\3"]),
+                         (-signal.SIGINT, prompt))
+
+    def test_help_is_wrapped(self):
+        code, output, _ = run("encrypt", "--help")
+        self.assertEqual((code, max(map(len, output.splitlines()))), (0, 80))
+        self.assertIn("Without any, one value a line from standard input", " ".join(output.split()))
 
     def test_mistakes_name_the_culprit_and_show_the_usage(self):
         for line, complaint in (("seal-key \x1b", "unexpected argument '\\x1B'"),
