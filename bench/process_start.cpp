@@ -34,7 +34,9 @@ void Start(benchmark::State& state, char const* program, char const* library) {
         state.SetIterationTime(TimeOf(program, library));
 }
 
-BENCHMARK_CAPTURE(Start, ours, START_OURS, OUR_LIBRARY)->Name("process start/ours")->UseManualTime();
+BENCHMARK_CAPTURE(Start, ours, START_OURS, OUR_LIBRARY)
+    ->Name("process start/ours")
+    ->UseManualTime();
 BENCHMARK_CAPTURE(Start, without, START_WITHOUT, "")
     ->Name("process start/without the library")
     ->UseManualTime();

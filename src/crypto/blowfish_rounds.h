@@ -45,9 +45,10 @@ template <std::size_t... lane>
     ((to[lane] = to[lane] ^ subkey ^ BlowfishF<sizeof...(lane)>(boxes, from[lane])), ...);
 }
 
+/// Written out, as compilers make a loop over few words into vectors that the rounds then wait for.
 template <std::size_t... lane>
-[[gnu::always_inline]] inline void AddSubkey(std::uint32_t subkey, std::uint32_t* words,
-                                             std::index_sequence<lane...>) {
+[[gnu::always_inline]] inline void XorEach(std::uint32_t* words, std::uint32_t subkey,
+                                           std::index_sequence<lane...>) {
     ((words[lane] ^= subkey), ...);
 }
 
@@ -61,7 +62,7 @@ template <BlowfishDirection direction, std::size_t lanes>
     auto const subkey = [&](int step) {
         return subkeys[direction == BlowfishDirection::encrypt ? step : 17 - step];
     };
-    AddSubkey(subkey(0), left, all);
+    XorEach(left, subkey(0), all);
     BlowfishRound(subkey(1), boxes, left, right, all);
     BlowfishRound(subkey(2), boxes, right, left, all);
     BlowfishRound(subkey(3), boxes, left, right, all);
@@ -78,7 +79,7 @@ template <BlowfishDirection direction, std::size_t lanes>
     BlowfishRound(subkey(14), boxes, right, left, all);
     BlowfishRound(subkey(15), boxes, left, right, all);
     BlowfishRound(subkey(16), boxes, right, left, all);
-    AddSubkey(subkey(17), right, all);
+    XorEach(right, subkey(17), all);
     std::swap(blocks.left, blocks.right);
 }
 

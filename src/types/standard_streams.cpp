@@ -12,11 +12,14 @@ extern ostream cerr;
 #endif
 
 namespace CommonAPI::internal {
+namespace {
 
-static std::ostream& Made(std::ostream& stream) {
+std::ostream& Made(std::ostream& stream) {
     static std::ios_base::Init const streams;
     return stream;
 }
+
+}  // namespace
 
 std::ostream& StandardOutput() {
     return Made(std::cout);
