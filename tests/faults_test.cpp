@@ -59,7 +59,7 @@ static void FailEveryAllocation() {
 
 TEST(Faults, AnAllocationThatFailsPassesAndBreaksNothing) {
     ExpectInChild([] {
-        Limit(RLIMIT_NOFILE, rlim_t(dup(STDIN_FILENO)) + 4);  // no room for files left open
+        Limit(RLIMIT_NOFILE, rlim_t(dup(STDIN_FILENO)) + 8);  // no room for files left open
         FailEveryAllocation();
         FailEveryAllocation();                // also of those behind what is made only once
         Limit(RLIMIT_NOFILE, RLIM_INFINITY);  // sanitizers name leaks with the help of a program
