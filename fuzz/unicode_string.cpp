@@ -104,7 +104,10 @@ struct UnicodeStringModel {
         return narrow.substr(position, count);
     }
     bool operator==(char const* text) { return std::string(c_str()) == text; }
-    bool operator==(UnicodeStringModel& other) { return std::wstring(wc_str()) == other.wc_str(); }
+    bool operator==(UnicodeStringModel& other) {
+        std::wstring const otherText = other.wc_str();
+        return otherText == wc_str() || this == &other;  // whose second conversion may succeed
+    }
     int compare(char const* text, bool exact) { return compare(text, 0, 0, exact); }
     int compare(char const* text, long position, long count, bool exact) {
         std::size_t const most = count == 0 ? 1 << 20 : count;
