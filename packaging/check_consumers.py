@@ -1,5 +1,6 @@
 """Uses the library as its users do, the installed one after it was moved to a path with a blank:
 check_consumers.py SOURCES BUILD COMPILER FLAG..."""
+import concurrent.futures
 import os
 import pathlib
 import re
@@ -110,13 +111,12 @@ with tempfile.TemporaryDirectory() as holder:
     try:
         run("cmake", "--install", build, "--prefix", folder / "first place")
         prefix = (folder / "first place").rename(folder / "second place")
-        start_command()
-        use_pkg_config()
-        use_copied_examples()
-        use_subdirectory()
-        load_a_plugin_with_a_copy_of_its_own()
-        ask_for_an_unknown_component()
-        follow_links()
+        with concurrent.futures.ThreadPoolExecutor(2) as pool:
+            checks = [pool.submit(check) for check in (
+                load_a_plugin_with_a_copy_of_its_own, use_subdirectory, use_copied_examples,
+                use_pkg_config, start_command, ask_for_an_unknown_component, follow_links)]
+        for check in checks:
+            check.result()
     except subprocess.CalledProcessError as failure:
         sys.exit(f"{failure}\n{failure.output}")
 sys.exit("\n".join(faults) or 0)
