@@ -13,6 +13,6 @@ function(commonapi_add_model name)
     else()
         target_sources(${target} PRIVATE replay.cpp)
         add_test(NAME ${target}
-            COMMAND ${target} ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name} 200000)
+            COMMAND ${target} ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name} 100000)
     endif()
 endfunction()

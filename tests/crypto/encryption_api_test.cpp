@@ -11,7 +11,7 @@ TEST(EncryptionAPI, ServesSeveralThreadsAtOnce) {
     api.initializeAPI(key, 3);
     auto const use = [&api](std::string const& in) {
         std::string text;
-        for (int round = 0; round < 3000; ++round) {
+        for (int round = 0; round < 2000; ++round) {
             api.encryptString(in, text);
             api.decryptString(text, text);
             EXPECT_EQ(text, in);
